@@ -47,13 +47,15 @@ using DWORD = std::uint32_t;
 using SHORT = std::int16_t;
 using LONG = std::int32_t;
 using ULONG = std::uint32_t;
-using LONGLONG = std::int64_t;
-using ULONGLONG = std::uint64_t;
+// Not std::int64_t, which is `long` here: an archive takes these and refuses the 8-byte `long`.
+using LONGLONG = long long;
+using ULONGLONG = unsigned long long;
 using INT_PTR = std::intptr_t;
 using UINT_PTR = std::uintptr_t;
 using DWORD_PTR = std::uintptr_t;
 using INT = int;
 using UINT = unsigned int;
+using PUINT = unsigned int*;
 using BOOL = int;
 using CHAR = char;
 using WCHAR = wchar_t;
