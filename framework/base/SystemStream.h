@@ -1,9 +1,12 @@
 #pragma once
 
+#include "framework/base/Platform.h"
+
 #include <cstddef>
 #include <cstdio>
 
-/// Questions about a standard stream's own read buffer, which each C library keeps in its own fields.
+/// Standard C streams over open files, and questions about a stream's own read buffer, which each C library
+/// keeps in its own fields.
 ///
 /// Line readers look for line ends right in that buffer. The stream stays the only truth about the position:
 /// `fread`, `fscanf`, `ftell` and whoever was handed the `FILE*` go on where the line reader stopped.
@@ -19,11 +22,25 @@ struct StreamBytes
     std::size_t count = 0;
 };
 
-/// Shows what `stream` would read next without reading it; fills the buffer when it is empty. No bytes at the end
-/// of the file and after an error (`feof` and `ferror` tell which).
+/// Shows what `stream` would read next without reading it; fills the buffer when it is empty. No bytes at the
+/// end of the file and after an error (`feof` and `ferror` tell which).
 StreamBytes PeekStream(std::FILE* stream);
 
 /// Reads past `count` bytes, at most as many as PeekStream has just shown.
 void SkipStream(std::FILE* stream, std::size_t count);
+
+/// A buffered binary stream over an open file (SystemFile.h), which it takes over: CloseStream closes both.
+/// Null on failure; `file` is then still the caller's.
+std::FILE* OpenStream(HANDLE file, bool read, bool write);
+/// Writes out what is buffered and closes; false when something could not be written, the stream is closed
+/// anyway.
+bool CloseStream(std::FILE* stream);
+bool FlushStream(std::FILE* stream);
+/// Moves by the standard library's origin codes; needed between a read and a write.
+bool SeekStream(std::FILE* stream, LONGLONG offset, int origin);
+/// -1 on failure.
+LONGLONG StreamPosition(std::FILE* stream);
+/// The platform's code of the stream operation on this thread that has just failed.
+DWORD LastStreamError();
 
 } // namespace vak::system

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "framework/base/File.h"
+
+namespace vak::detail {
+
+/// Builds the new contents of a file beside it and puts them in its place in one step.
+///
+/// A crash at any moment leaves the old file or the new one. Until Commit the target is untouched; without
+/// Commit the destructor removes the temporary. The temporary's handle stays open, with delete sharing, until
+/// it bears the target's name, so that nobody who looks at the new file can hold up the renaming.
+class VAK_API ReplacementFile
+{
+public:
+    /// Creates the temporary: `temporary`, emptied if it is there, or without one a new unique name in the
+    /// target's folder. Throws CFileException*.
+    explicit ReplacementFile(LPCWSTR target, LPCWSTR temporary = nullptr);
+    ~ReplacementFile();
+    ReplacementFile(const ReplacementFile&) = delete;
+    ReplacementFile& operator=(const ReplacementFile&) = delete;
+
+    /// The open temporary, for reading and writing. Closing it is allowed, but gives up the held handle.
+    CFile& File() { return m_file; }
+    const CString& TemporaryPath() const { return m_temporary; }
+
+    /// Flushes to the disk and replaces the target. Throws CFileException* and then has removed the
+    /// temporary; the target is as it was.
+    void Commit();
+    /// Closes and removes the temporary.
+    void Discard();
+
+private:
+    CString m_target;
+    CString m_temporary;
+    CFile m_file;
+    bool m_pending;
+};
+
+} // namespace vak::detail
