@@ -2,7 +2,7 @@
 
 #include "framework/base/String.h"
 
-#include <memory>
+#include <vector>
 
 /// What the library asks of the operating system about files: handles, names, attributes, times, folders.
 ///
@@ -123,28 +123,9 @@ VAK_INTERNAL_API bool DuplicateFile(LPCWSTR from, LPCWSTR to, bool failIfExists)
 /// whether or not `to` exists: whoever opens `to` finds the old contents or the new. The handle stays open.
 /// Waits a moment for others (a scanner) to leave `to`.
 VAK_INTERNAL_API bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to);
-/// The absolute form of `path` by the current directory, with "." and ".." resolved; `path` itself when the
-/// system refuses it.
-VAK_INTERNAL_API CString CompletePath(LPCWSTR path);
+/// Sets `entries` to those of one folder, sorted by name without regard to case; "." and ".." are among them
+/// where the system has them. `folder` may end in a backslash and is the current one when empty.
+VAK_INTERNAL_API bool ListFolder(LPCWSTR folder, std::vector<FileEntry>& entries);
 /// @}
-
-/// The entries of one folder, sorted by name, "." and ".." included where the system has them.
-class VAK_INTERNAL_API FolderReader
-{
-public:
-    FolderReader();
-    ~FolderReader();
-    FolderReader(const FolderReader&) = delete;
-    FolderReader& operator=(const FolderReader&) = delete;
-
-    /// Starts with the first entry; `folder` may end in a backslash, and is the current one when empty.
-    bool Open(LPCWSTR folder);
-    /// Returns false behind the last entry.
-    bool Next(FileEntry& entry);
-
-private:
-    struct State;
-    std::unique_ptr<State> m_state;
-};
 
 } // namespace vak::system

@@ -29,5 +29,8 @@ DWORD ErrorFromErrno(int error);
 bool Fail(DWORD error);
 /// The same for errno.
 bool FailErrno();
+/// The same for errno of a call on `host`: a name that is missing because its folder is missing is another
+/// error.
+bool FailPath(const std::string& host);
 
 } // namespace vak::posix
