@@ -1,0 +1,45 @@
+#pragma once
+
+#include "framework/base/MemFile.h"
+
+/// A memory file that grows by steps and can adopt a buffer together with what stands in it.
+///
+/// The buffer comes from Alloc and goes to Free; a class that derives to allocate elsewhere overrides both,
+/// and frees what is left in its own destructor (Detach, then Free).
+class VAK_API CCustomMemFile : public CMemFile
+{
+    DECLARE_DYNAMIC(CCustomMemFile)
+
+public:
+    static constexpr UINT kGrowBytes = 1024;
+
+    explicit CCustomMemFile(UINT growBytes = kGrowBytes);
+    /// As Adopt.
+    CCustomMemFile(BYTE* buffer, UINT size, UINT growBytes = kGrowBytes);
+    /// Frees the file's own buffer; an adopted one stays the caller's.
+    ~CCustomMemFile() override;
+
+    /// Makes the `size` bytes at `buffer`, which came from Alloc, the contents, positioned at their
+    /// beginning. The buffer stays the caller's, who takes it back with Detach (it may have moved by
+    /// growing).
+    void Adopt(BYTE* buffer, UINT size, UINT growBytes = kGrowBytes);
+
+    /// Moves past `size` bytes and returns where they stand, valid until the file is changed; null, without
+    /// moving, when fewer are left.
+    const BYTE* Take(size_t size) noexcept
+    {
+        const size_t next = m_nPosition + size;
+        if (next < size || next > m_nFileSize)
+            return nullptr;
+        const BYTE* bytes = m_lpBuffer + m_nPosition;
+        m_nPosition = next;
+        return bytes;
+    }
+
+    /// Returns null when there is no memory.
+    BYTE* Alloc(size_t size) override;
+    void Free(BYTE* buffer) override;
+    /// Makes the buffer hold at least `size` bytes, rounded up to the grow step; throws CMemoryException* and
+    /// leaves it as it was when that fails or the step is 0.
+    void GrowFile(size_t size) override;
+};
