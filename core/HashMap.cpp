@@ -1,0 +1,3 @@
+#include "core/HashMap.h"
+
+template class CHashMap<int, int, int>;
