@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 namespace vak::detail {
@@ -21,8 +22,13 @@ requires std::is_arithmetic_v<T> T LoadLittleEndian(const void* bytes)
 {
     static_assert(!std::is_same_v<T, bool>, "a stored byte other than 0 and 1 is no bool");
     using Bits = UnsignedOfSize<sizeof(T)>;
-    const auto* source = static_cast<const unsigned char*>(bytes);
     Bits bits = 0;
+    // One load where the machine has the order: the compiler does not find it in the loop.
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&bits, bytes, sizeof bits);
+        return std::bit_cast<T>(bits);
+    }
+    const auto* source = static_cast<const unsigned char*>(bytes);
     for (std::size_t i = 0; i < sizeof(T); ++i)
         bits = Bits(bits | Bits(Bits(source[i]) << (8 * i)));
     return std::bit_cast<T>(bits);
