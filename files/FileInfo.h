@@ -88,6 +88,6 @@ private:
     CString m_name;
     CString m_extension;
     CFileExt m_kind;
+    int m_rootLength = 0; ///< of the root within the complete name, in UTF-16 units
     bool m_isDirectory = false;
-    bool m_hasRoot = false;
 };
