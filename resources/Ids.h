@@ -25,6 +25,39 @@
 #define IDS_SIZE_DECIMAL_MARK 1338
 
 /* 1400: exceptions */
+#define IDS_NO_ERROR_MESSAGE 1400
+#define IDS_OUT_OF_MEMORY 1401
+#define IDS_NOT_SUPPORTED 1402
+#define IDS_RESOURCE_UNAVAILABLE 1403
+#define IDS_STOPPED_BY_USER 1404
+#define IDS_INVALID_ARGUMENT 1405
+#define IDS_NAMELESS_FILE 1409
+/* one argument: the file's name; in the order of CFileException's causes */
+#define IDS_FILE_NONE 1410
+#define IDS_FILE_GENERIC 1411
+#define IDS_FILE_NOT_FOUND 1412
+#define IDS_FILE_BAD_PATH 1413
+#define IDS_FILE_TOO_MANY_OPEN 1414
+#define IDS_FILE_ACCESS_DENIED 1415
+#define IDS_FILE_INVALID 1416
+#define IDS_FILE_REMOVE_CURRENT_DIR 1417
+#define IDS_FILE_DIRECTORY_FULL 1418
+#define IDS_FILE_BAD_SEEK 1419
+#define IDS_FILE_HARD_IO 1420
+#define IDS_FILE_SHARING 1421
+#define IDS_FILE_LOCK 1422
+#define IDS_FILE_DISK_FULL 1423
+#define IDS_FILE_END 1424
+/* one argument: the file's name; in the order of CArchiveException's causes */
+#define IDS_ARCHIVE_NONE 1430
+#define IDS_ARCHIVE_GENERIC 1431
+#define IDS_ARCHIVE_READ_ONLY 1432
+#define IDS_ARCHIVE_END 1433
+#define IDS_ARCHIVE_WRITE_ONLY 1434
+#define IDS_ARCHIVE_BAD_INDEX 1435
+#define IDS_ARCHIVE_BAD_CLASS 1436
+#define IDS_ARCHIVE_BAD_SCHEMA 1437
+#define IDS_ARCHIVE_BUFFER_FULL 1438
 
 /* 0xF100: file prompts, one argument: the file's name */
 
