@@ -10,9 +10,15 @@ IMPLEMENT_DYNAMIC(CWinApp, CObject)
 
 namespace {
 
-/// The newest application object; the older ones hang on m_previous. The lock guards the chain, readers of
-/// the head need none.
-constinit std::mutex chainLock;
+/// Guards the chain; readers of its head need no lock. Never destroyed: a host's static object may outlive
+/// it.
+std::mutex& ChainLock()
+{
+    static auto* const lock = new std::mutex;
+    return *lock;
+}
+
+/// The newest application object; the older ones hang on m_previous.
 constinit std::atomic<CWinApp*> newest = nullptr;
 constinit std::atomic<HINSTANCE> resourceModule = nullptr;
 /// For code that runs without an application object.
@@ -51,13 +57,13 @@ CWinApp::CWinApp(LPCTSTR appName) : m_appName(appName)
 {
     if (appName != nullptr)
         m_pszAppName = m_appName;
-    const std::scoped_lock lock(chainLock);
+    const std::scoped_lock lock(ChainLock());
     m_previous = newest.exchange(this);
 }
 
 CWinApp::~CWinApp()
 {
-    const std::scoped_lock lock(chainLock);
+    const std::scoped_lock lock(ChainLock());
     if (newest == this) {
         newest = m_previous;
         return;

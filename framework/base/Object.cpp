@@ -7,10 +7,16 @@
 
 namespace {
 
-/// Newest first. Both are initialised before any module's static objects, so that registration needs no
-/// order.
-constinit std::mutex registryLock;
+/// Newest first.
 constinit CRuntimeClass* registeredClasses = nullptr;
+
+/// Made on first use and never destroyed: modules register before this file's static objects live and leave
+/// after they have gone.
+std::mutex& RegistryLock()
+{
+    static auto* const lock = new std::mutex;
+    return *lock;
+}
 
 } // namespace
 
@@ -67,14 +73,14 @@ namespace vak::detail {
 
 ClassRegistration::ClassRegistration(CRuntimeClass* runtimeClass) : m_class(runtimeClass)
 {
-    const std::scoped_lock lock(registryLock);
+    const std::scoped_lock lock(RegistryLock());
     m_class->m_pNextClass = registeredClasses;
     registeredClasses = m_class;
 }
 
 ClassRegistration::~ClassRegistration()
 {
-    const std::scoped_lock lock(registryLock);
+    const std::scoped_lock lock(RegistryLock());
     CRuntimeClass** link = &registeredClasses;
     while (*link != nullptr && *link != m_class)
         link = &(*link)->m_pNextClass;
@@ -84,7 +90,7 @@ ClassRegistration::~ClassRegistration()
 
 CRuntimeClass* FindRegisteredClass(std::string_view name)
 {
-    const std::scoped_lock lock(registryLock);
+    const std::scoped_lock lock(RegistryLock());
     CRuntimeClass* candidate = registeredClasses;
     while (candidate != nullptr && name != candidate->m_lpszClassName)
         candidate = candidate->m_pNextClass;

@@ -4,6 +4,7 @@
 #include "framework/base/SystemMessage.h"
 
 #include <atomic>
+#include <initializer_list>
 
 namespace vak {
 
@@ -46,3 +47,41 @@ LANGID TextLanguage()
 }
 
 } // namespace vak
+
+namespace {
+
+/// Replaces in one pass, so that a file name with a percent sign in it stays what it is.
+CString Insert(const CString& text, std::initializer_list<LPCTSTR> arguments)
+{
+    CString result;
+    for (int at = 0; at < text.GetLength(); ++at) {
+        const wchar_t next = text[at + 1];
+        if (text[at] != L'%' || next < L'1' || next > L'9') {
+            result.AppendChar(text[at]);
+            continue;
+        }
+        const auto index = std::size_t(next - L'1');
+        result += index < arguments.size() ? arguments.begin()[index] : L"?";
+        ++at;
+    }
+    return result;
+}
+
+void FormatText(CString& out, UINT id, std::initializer_list<LPCTSTR> arguments)
+{
+    CString text;
+    vak::LoadText(text, id);
+    out = Insert(text, arguments);
+}
+
+} // namespace
+
+void AfxFormatString1(CString& out, UINT id, LPCTSTR text1)
+{
+    FormatText(out, id, {text1});
+}
+
+void AfxFormatString2(CString& out, UINT id, LPCTSTR text1, LPCTSTR text2)
+{
+    FormatText(out, id, {text1, text2});
+}

@@ -22,3 +22,8 @@ VAK_API void SetTextLanguage(LANGID language);
 VAK_API LANGID TextLanguage();
 
 } // namespace vak
+
+/// Puts text `id` into `out` with every %1 replaced by `text1` (and %2 by `text2`); a placeholder without an
+/// argument shows as '?'. `out` becomes empty when there is no such text.
+VAK_API void AfxFormatString1(CString& out, UINT id, LPCTSTR text1);
+VAK_API void AfxFormatString2(CString& out, UINT id, LPCTSTR text1, LPCTSTR text2);
