@@ -1,0 +1,103 @@
+#include "framework/ui/Dialog.h"
+
+#include "framework/base/Application.h"
+#include "framework/base/Exception.h"
+#include "framework/base/SystemModule.h"
+
+IMPLEMENT_DYNAMIC(CDialog, CWnd)
+
+namespace {
+
+/// The module that has the template: the library itself comes first, as for texts.
+HINSTANCE TemplateModule(UINT templateId)
+{
+    const HINSTANCE library = vak::system::ModuleAt(&CDialog::classCDialog);
+    const HINSTANCE host = AfxGetResourceHandle();
+    if (host && !FindResource(library, MAKEINTRESOURCE(templateId), RT_DIALOG))
+        return host;
+    return library;
+}
+
+} // namespace
+
+CDialog::CDialog(UINT templateId, CWnd* parent) : m_pParentWnd(parent), m_templateId(templateId) {}
+
+INT_PTR CDialog::DoModal()
+{
+    const INT_PTR result =
+        DialogBoxParam(TemplateModule(m_templateId), MAKEINTRESOURCE(m_templateId), OwnerWindow(),
+                       &CDialog::DialogProc, reinterpret_cast<LPARAM>(this));
+    Detach();
+    return result;
+}
+
+void CDialog::EndDialog(int result)
+{
+    ::EndDialog(m_hWnd, result);
+}
+
+BOOL CDialog::OnInitDialog()
+{
+    return TRUE;
+}
+
+void CDialog::OnOK()
+{
+    EndDialog(IDOK);
+}
+
+void CDialog::OnCancel()
+{
+    EndDialog(IDCANCEL);
+}
+
+BOOL CDialog::OnCommand(UINT id, UINT code)
+{
+    if (code == BN_CLICKED && id == IDOK)
+        OnOK();
+    else if (code == BN_CLICKED && id == IDCANCEL)
+        OnCancel();
+    else
+        return CWnd::OnCommand(id, code);
+    return TRUE;
+}
+
+HWND CDialog::OwnerWindow() const
+{
+    const CWnd* const owner = m_pParentWnd ? m_pParentWnd : AfxGetMainWnd();
+    return owner ? owner->GetSafeHwnd() : nullptr;
+}
+
+INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_INITDIALOG)
+        reinterpret_cast<CDialog*>(lParam)->Attach(window);
+    auto* const dialog = static_cast<CDialog*>(FromHandlePermanent(window));
+    if (!dialog)
+        return FALSE;
+    // The system's message loop lies between here and whoever could catch: nothing may pass.
+    try {
+        return dialog->Dispatch(message, wParam, lParam);
+    } catch (CException* exception) {
+        exception->ReportError();
+        exception->Delete();
+    } catch (...) {
+        dialog->EndDialog(-1);
+    }
+    return FALSE;
+}
+
+INT_PTR CDialog::Dispatch(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_INITDIALOG)
+        return OnInitDialog();
+    if (message == WM_NCDESTROY) {
+        Detach();
+        return FALSE;
+    }
+    LRESULT result = 0;
+    if (!OnWndMsg(message, wParam, lParam, &result))
+        return FALSE;
+    SetWindowLongPtr(m_hWnd, DWLP_MSGRESULT, result);
+    return TRUE;
+}
