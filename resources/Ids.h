@@ -8,6 +8,8 @@
 /* 1000: paths */
 
 /* 1100: file kinds */
+#define IDS_FILTER_ALL_KINDS 1100
+#define IDS_FILTER_ALL_FILES 1101
 
 /* 1200: load/save */
 #define IDS_IO_LOADED 1200
@@ -38,7 +40,53 @@
 #define IDS_LOG_ERROR 1243
 #define IDS_SELECT_COUNT 1244
 
-/* dialogs and their controls */
+/* 1300: dates and sizes */
+#define IDS_DATE_SUNDAY 1300    /* the other weekdays follow */
+#define IDS_DATE_JANUARY 1310   /* the other months follow */
+#define IDS_DATE_FIRST_DAY 1325 /* the first day of a month within a long date */
+#define IDS_SIZE_NO_BYTES 1329
+#define IDS_SIZE_BYTE 1330
+#define IDS_SIZE_BYTES 1331
+#define IDS_SIZE_KILO 1332      /* the larger units follow, up to: */
+#define IDS_SIZE_EXA 1337
+#define IDS_SIZE_DECIMAL_MARK 1338
+
+/* 1400: exceptions */
+#define IDS_NO_ERROR_MESSAGE 1400
+#define IDS_OUT_OF_MEMORY 1401
+#define IDS_NOT_SUPPORTED 1402
+#define IDS_RESOURCE_UNAVAILABLE 1403
+#define IDS_STOPPED_BY_USER 1404
+#define IDS_INVALID_ARGUMENT 1405
+#define IDS_NAMELESS_FILE 1409
+/* one argument: the file's name; in the order of CFileException's causes */
+#define IDS_FILE_NONE 1410
+#define IDS_FILE_GENERIC 1411
+#define IDS_FILE_NOT_FOUND 1412
+#define IDS_FILE_BAD_PATH 1413
+#define IDS_FILE_TOO_MANY_OPEN 1414
+#define IDS_FILE_ACCESS_DENIED 1415
+#define IDS_FILE_INVALID 1416
+#define IDS_FILE_REMOVE_CURRENT_DIR 1417
+#define IDS_FILE_DIRECTORY_FULL 1418
+#define IDS_FILE_BAD_SEEK 1419
+#define IDS_FILE_HARD_IO 1420
+#define IDS_FILE_SHARING 1421
+#define IDS_FILE_LOCK 1422
+#define IDS_FILE_DISK_FULL 1423
+#define IDS_FILE_END 1424
+/* one argument: the file's name; in the order of CArchiveException's causes */
+#define IDS_ARCHIVE_NONE 1430
+#define IDS_ARCHIVE_GENERIC 1431
+#define IDS_ARCHIVE_READ_ONLY 1432
+#define IDS_ARCHIVE_END 1433
+#define IDS_ARCHIVE_WRITE_ONLY 1434
+#define IDS_ARCHIVE_BAD_INDEX 1435
+#define IDS_ARCHIVE_BAD_CLASS 1436
+#define IDS_ARCHIVE_BAD_SCHEMA 1437
+#define IDS_ARCHIVE_BUFFER_FULL 1438
+
+/* 200: dialogs and their controls */
 #define IDD_IO_LOG 200
 #define IDC_IO_LOG_ICON 201
 #define IDC_IO_LOG_TEXT 202
@@ -47,10 +95,6 @@
 #define IDC_SELECT_FILES_LIST 212
 #define IDC_SELECT_FILES_ALL 213
 #define IDC_SELECT_FILES_COUNT 214
-
-/* 1300: dates and sizes */
-
-/* 1400: exceptions */
 
 /* 0xF100: file prompts, one argument: the file's name */
 

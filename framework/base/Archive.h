@@ -45,6 +45,9 @@ public:
         load = 1,
         bNoFlushOnDelete = 2
     };
+    /// How deep WriteObject and ReadObject nest, each called from the Serialize of the one before: an input
+    /// must not decide how much stack is used.
+    static constexpr int kMaxObjectNesting = 1024;
 
     /// Opens over `file`, which stays the caller's, is open in the direction of `mode` and outlives the
     /// archive. A caller's `buffer` of `bufferSize` bytes (at least 128; made so if smaller) is used and not
@@ -89,10 +92,10 @@ public:
     /// Writes the characters without zero, line end or length.
     void WriteString(LPCTSTR text);
     /// Reads a line of wide characters up to "\n" or "\r\n", which is taken and dropped. False only at the
-    /// end of the file with nothing read.
+    /// end of the file with nothing read; half a character there counts as the end.
     BOOL ReadString(CString& line);
-    /// Reads at most `maximum` characters of a line, without its end, and adds a zero (so `text` has room for
-    /// maximum + 1). Null at the end of the file.
+    /// Reads at most `maximum` - 1 characters of a line, without its end, and adds a zero; what is longer is
+    /// left for the next call. Null at the end of the file or when `maximum` is 0.
     LPTSTR ReadString(LPTSTR text, UINT maximum);
 
     /// Writes the object with its class, or a reference when it was written before; null is allowed. A class
@@ -100,18 +103,20 @@ public:
     void WriteObject(const CObject* object);
     /// Reads an object that is of `requested` (null: any class) and returns it, or null if null was written.
     /// A new object is the caller's; a reference gives the pointer given before. When an exception leaves,
-    /// the object that was being read is deleted with it and no longer known to the archive; objects handed
-    /// out before belong to whoever received them. The archive is then of no further use.
+    /// the object that was being read is deleted, unless a reference to any object was given out since its
+    /// reading began: then nobody can tell who frees what, and it is left alone. Objects given out before
+    /// belong to whoever received them. The archive is then good for nothing more. Objects nest at most
+    /// kMaxObjectNesting deep, on both sides; genericException beyond.
     CObject* ReadObject(const CRuntimeClass* requested);
     /// Gives an object outside the archive the next number, on both sides, so that references to it are
     /// stored. It stays its owner's, and lives as long as the archive reads or writes.
     void MapObject(const CObject* object);
 
     void WriteClass(const CRuntimeClass* runtimeClass);
-    /// Reads a class and checks that it is `requested` or derives from it (null: any). With `schema` the
-    /// schema is given there and not checked; otherwise a versionable class leaves it for GetObjectSchema.
-    /// With `objectTag` a reference to an object is allowed: its number goes there and the result is null;
-    /// for a class 0 goes there.
+    /// Reads a class and checks that it is `requested` or derives from it (null: any) and reads the schema
+    /// stored; a `requested` that does not serialise is a CNotSupportedException. The stored schema goes to
+    /// `schema`, or without one is kept for GetObjectSchema. With `objectTag` a reference to an object is
+    /// allowed: its number goes there and the result is null; for a class 0 goes there.
     CRuntimeClass* ReadClass(const CRuntimeClass* requested = nullptr, UINT* schema = nullptr,
                              DWORD* objectTag = nullptr);
     /// WriteClass or ReadClass by direction; reading leaves the schema for GetObjectSchema.
@@ -199,13 +204,17 @@ private:
     void RequireLoading() const;
     void WriteBuffer();
     bool FillBuffer(std::size_t wanted);
-    UINT ReadFile(BYTE* data, UINT size);
+    UINT ReadFromFile(BYTE* data, UINT size);
     ULONGLONG BytesLeft();
-    bool ReadUnit(wchar_t& unit);
+    bool PeekUnit(wchar_t& unit);
+    bool ReadLineUnit(wchar_t& unit);
     vak::detail::StoreMap& Stored();
     vak::detail::LoadMap& Loaded();
-    void WriteIndex(DWORD index, bool ofClass);
-    CRuntimeClass* ReadNewClass();
+    void WriteTag(DWORD index, DWORD classBit);
+    DWORD ReadTag(bool& newClass);
+    DWORD ReadNewClass();
+    CObject* ReadReference(DWORD index, const CRuntimeClass* requested);
+    CObject* ReadNewObject(const CRuntimeClass* runtimeClass, UINT schema);
 
     UINT m_nMode;
     CFile* m_file;
@@ -216,8 +225,10 @@ private:
     BYTE* m_readEnd;
     BYTE* m_writeEnd;
     std::unique_ptr<BYTE[]> m_ownBuffer;
-    ULONGLONG m_leftInFile;
-    UINT m_objectSchema;
+    ULONGLONG m_leftInFile = 0;
+    bool m_leftIsCurrent = false;
+    UINT m_objectSchema = UINT(-1);
+    int m_nesting = 0;
     std::unique_ptr<vak::detail::StoreMap> m_stored;
     std::unique_ptr<vak::detail::LoadMap> m_loaded;
 };

@@ -50,3 +50,10 @@ public:
 };
 
 [[noreturn]] VAK_API void AfxThrowFileException(int cause, LONG osError = -1, LPCTSTR fileName = nullptr);
+
+namespace vak::detail {
+
+/// Copies the text `textId` about the file as CException::GetErrorMessage does.
+bool CopyFileMessage(LPTSTR error, UINT maxError, PUINT helpContext, UINT textId, const CString& fileName);
+
+} // namespace vak::detail

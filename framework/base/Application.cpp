@@ -1,0 +1,148 @@
+#include "framework/base/Application.h"
+
+#include "framework/base/StringTable.h"
+#include "framework/base/SystemMessage.h"
+
+#include <atomic>
+#include <mutex>
+
+IMPLEMENT_DYNAMIC(CWinApp, CObject)
+
+namespace {
+
+/// Guards the chain; readers of its head need no lock. Never destroyed: a host's static object may outlive
+/// it.
+std::mutex& ChainLock()
+{
+    static auto* const lock = new std::mutex;
+    return *lock;
+}
+
+/// The newest application object; the older ones hang on m_previous.
+constinit std::atomic<CWinApp*> newest = nullptr;
+constinit std::atomic<HINSTANCE> resourceModule = nullptr;
+/// For code that runs without an application object.
+constinit std::atomic<int> waitCursorCount = 0;
+
+constexpr UINT kTypeMask = 0x0F;
+constexpr UINT kIconMask = 0xF0;
+
+/// Boxes that tell or ask carry the exclamation icon unless told otherwise; those that offer to try again do
+/// not.
+UINT WithIcon(UINT type)
+{
+    const UINT buttons = type & kTypeMask;
+    const bool tellsOrAsks =
+        buttons == MB_OK || buttons == MB_OKCANCEL || buttons == MB_YESNO || buttons == MB_YESNOCANCEL;
+    return (type & kIconMask) == 0 && tellsOrAsks ? type | MB_ICONEXCLAMATION : type;
+}
+
+int NextWaitCount(int count, int code)
+{
+    return count + code > 0 ? count + code : 0;
+}
+
+void DoWaitCursor(int code)
+{
+    if (CWinApp* app = AfxGetApp())
+        return app->DoWaitCursor(code);
+    waitCursorCount = NextWaitCount(waitCursorCount, code);
+    if (code != 0 || waitCursorCount > 0)
+        vak::system::ShowWaitCursor(waitCursorCount > 0);
+}
+
+} // namespace
+
+CWinApp::CWinApp(LPCTSTR appName) : m_appName(appName)
+{
+    if (appName != nullptr)
+        m_pszAppName = m_appName;
+    const std::scoped_lock lock(ChainLock());
+    m_previous = newest.exchange(this);
+}
+
+CWinApp::~CWinApp()
+{
+    const std::scoped_lock lock(ChainLock());
+    if (newest == this) {
+        newest = m_previous;
+        return;
+    }
+    CWinApp* later = newest;
+    while (later->m_previous != this)
+        later = later->m_previous;
+    later->m_previous = m_previous;
+}
+
+int CWinApp::DoMessageBox(LPCTSTR prompt, UINT type, UINT)
+{
+    const int answer =
+        vak::system::ShowMessage(prompt, m_pszAppName == nullptr ? L"" : m_pszAppName, WithIcon(type));
+    RestoreWaitCursor();
+    return answer;
+}
+
+void CWinApp::DoWaitCursor(int code)
+{
+    m_waitCursorCount = NextWaitCount(m_waitCursorCount, code);
+    if (code != 0 || m_waitCursorCount > 0)
+        vak::system::ShowWaitCursor(m_waitCursorCount > 0);
+}
+
+CWaitCursor::CWaitCursor()
+{
+    DoWaitCursor(1);
+}
+
+CWaitCursor::~CWaitCursor()
+{
+    DoWaitCursor(-1);
+}
+
+void CWaitCursor::Restore()
+{
+    DoWaitCursor(0);
+}
+
+CWinApp* AfxGetApp()
+{
+    return newest;
+}
+
+CWnd* AfxGetMainWnd()
+{
+    const CWinApp* app = AfxGetApp();
+    return app == nullptr ? nullptr : app->m_pMainWnd;
+}
+
+LPCTSTR AfxGetAppName()
+{
+    const CWinApp* app = AfxGetApp();
+    return app == nullptr || app->m_pszAppName == nullptr ? L"" : app->m_pszAppName;
+}
+
+HINSTANCE AfxGetResourceHandle()
+{
+    return resourceModule;
+}
+
+void AfxSetResourceHandle(HINSTANCE module)
+{
+    resourceModule = module;
+}
+
+int AfxMessageBox(LPCTSTR text, UINT type, UINT helpId)
+{
+    if (text == nullptr)
+        text = L"";
+    if (CWinApp* app = AfxGetApp())
+        return app->DoMessageBox(text, type, helpId);
+    return vak::system::ShowMessage(text, L"", WithIcon(type));
+}
+
+int AfxMessageBox(UINT textId, UINT type, UINT helpId)
+{
+    CString text;
+    vak::LoadText(text, textId);
+    return AfxMessageBox(text, type, helpId == UINT(-1) ? textId : helpId);
+}

@@ -1,0 +1,93 @@
+#include "framework/base/SystemMessage.h"
+
+#include "framework/base/SystemText.h"
+#include "resources/Ids.h"
+
+#include <cstdio>
+#include <iterator>
+
+namespace vak::system {
+
+namespace {
+
+struct Text
+{
+    UINT id;
+    const wchar_t* text;
+};
+
+#define VAK_TEXT(identifier, text) {identifier, L##text},
+constexpr Text kFrench[] = {
+#include "resources/texts.fr.inc"
+    {0, nullptr}};
+constexpr Text kEnglish[] = {
+#include "resources/texts.en.inc"
+    {0, nullptr}};
+#undef VAK_TEXT
+
+bool FindText(CString& out, const Text* table, UINT id)
+{
+    while (table->text != nullptr && table->id != id)
+        ++table;
+    if (table->text == nullptr)
+        return false;
+    out = table->text;
+    return true;
+}
+
+/// The answers that a box offers, in their order, by its type's low digit.
+constexpr int kAnswers[][3] = {{1}, {1, 2}, {3, 4, 5}, {6, 7, 2}, {6, 7}, {4, 2}, {2, 10, 11}};
+
+void Print(LPCTSTR text)
+{
+    CStringA bytes;
+    const CString wide(text);
+    ToNarrow(CP_UTF8, wide.GetString(), std::size_t(wide.GetLength()), bytes);
+    std::fwrite(bytes.GetString(), 1, std::size_t(bytes.GetLength()), stderr);
+}
+
+} // namespace
+
+int ShowMessage(LPCTSTR text, LPCTSTR caption, UINT type)
+{
+    if (*caption != 0) {
+        Print(caption);
+        Print(L": ");
+    }
+    Print(text);
+    Print(L"\n");
+    const UINT box = type & 0x0F;
+    const UINT button = type >> 8 & 0x0F;
+    if (box >= std::size(kAnswers) || button >= std::size(kAnswers[0]) || kAnswers[box][button] == 0)
+        return IDOK;
+    return kAnswers[box][button];
+}
+
+void ShowWaitCursor(bool) {}
+
+CString ErrorText(DWORD errorCode)
+{
+    static constexpr Text kErrors[] = {
+        {2, L"File not found."},     {3, L"Path not found."},
+        {5, L"Access denied."},      {32, L"The file is used by another process."},
+        {112, L"The disk is full."}, {0, nullptr}};
+    CString text;
+    if (!FindText(text, kErrors, errorCode))
+        text.Format(L"Error %u.", errorCode);
+    return text;
+}
+
+bool LoadModuleText(CString& out, HMODULE module, UINT id, LANGID language)
+{
+    if (module != nullptr)
+        return false;
+    return (language == 1036 && FindText(out, kFrench, id)) ||
+           (language == 1033 && FindText(out, kEnglish, id));
+}
+
+bool LoadModuleText(CString& out, HMODULE module, UINT id)
+{
+    return LoadModuleText(out, module, id, 1036);
+}
+
+} // namespace vak::system
