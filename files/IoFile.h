@@ -159,7 +159,6 @@ private:
     }
     int ReadFromFile(void* buffer, unsigned int size);
     int EndOfFile() const;
-    bool OpenDiskFile(bool reading, CException*& failure);
     void LoadIntoMemory();
     void ReleaseMemory();
     CFile& OpenedFile() const;

@@ -49,8 +49,8 @@ public:
     void SetCodePage(UINT codePage);
 
     using CStdioFile::ReadString;
-    /// Reads one line without its line end (CR LF, LF, or a CR at the end of the file). Returns 0, the line
-    /// unchanged, when nothing was left.
+    /// Reads one line without its line end (CR LF, LF, or a CR at the end of the piece). Returns 0 when
+    /// nothing was left.
     ///
     /// An 8-bit line longer than 4095 bytes comes in pieces of at most that length; a character is never cut
     /// in two. A code page that the system does not know leaves the line unchanged.
@@ -98,6 +98,7 @@ private:
     vak::detail::LineDecoder& Decoder();
     bool ReadAnsiLine(CString& line);
     bool ReadUnicodeLine(CString& line);
+    void WriteUnicode(LPCTSTR text);
     void SkipMark();
 
     CString m_openedPath; ///< what the destructor deletes, also after Close
