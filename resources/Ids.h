@@ -6,6 +6,11 @@
    0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
+#define IDS_NAME_EMPTY 1000
+#define IDS_NAME_BAD_CHARACTERS 1001 /* one argument: the double quote, which the texts cannot hold */
+#define IDS_NAME_BAD_SEPARATORS 1002 /* the end of the text before, for names without a path */
+#define IDS_PATH_NO_ROOT 1003
+#define IDS_ASK_FOR_REPLACE 1004     /* one argument: the path */
 
 /* 1100: file kinds */
 #define IDS_FILTER_ALL_KINDS 1100

@@ -16,6 +16,8 @@ namespace vak::system {
 VAK_INTERNAL_API bool MakeFolder(const CString& path);
 /// Removes one empty folder. A link or junction to a folder is itself removed, never what it leads to.
 VAK_INTERNAL_API bool RemoveEmptyFolder(const CString& path);
+/// True when the name is a link or junction, which leads out of the folder that holds it.
+VAK_INTERNAL_API bool IsLink(const CString& path);
 
 VAK_INTERNAL_API CString CurrentFolder();
 VAK_INTERNAL_API bool EnterFolder(const CString& path);
