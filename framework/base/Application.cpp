@@ -4,6 +4,7 @@
 #include "framework/base/SystemMessage.h"
 
 #include <atomic>
+#include <iterator>
 #include <mutex>
 
 IMPLEMENT_DYNAMIC(CWinApp, CObject)
@@ -146,3 +147,18 @@ int AfxMessageBox(UINT textId, UINT type, UINT helpId)
     vak::LoadText(text, textId);
     return AfxMessageBox(text, type, helpId == UINT(-1) ? textId : helpId);
 }
+
+namespace vak {
+
+int DefaultAnswer(UINT type)
+{
+    // The answers in the order of the buttons, by the type's low digit, which also counts the boxes.
+    static constexpr int kAnswers[][3] = {{1}, {1, 2}, {3, 4, 5}, {6, 7, 2}, {6, 7}, {4, 2}, {2, 10, 11}};
+    const UINT box = type & kTypeMask;
+    const UINT button = type >> 8 & 0x0F;
+    if (box >= std::size(kAnswers) || button >= std::size(kAnswers[0]) || kAnswers[box][button] == 0)
+        return IDOK;
+    return kAnswers[box][button];
+}
+
+} // namespace vak

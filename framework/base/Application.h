@@ -68,3 +68,11 @@ VAK_API void AfxSetResourceHandle(HINSTANCE module);
 VAK_API int AfxMessageBox(LPCTSTR text, UINT type = MB_OK, UINT helpId = 0);
 /// The same with a text of the string table; its number is the help context unless another is given.
 VAK_API int AfxMessageBox(UINT textId, UINT type = MB_OK, UINT helpId = UINT(-1));
+
+namespace vak {
+
+/// The answer of a message box's default button, for applications that show no box: `type` as AfxMessageBox
+/// takes it. IDOK for a type that the platform does not know.
+VAK_API int DefaultAnswer(UINT type);
+
+} // namespace vak

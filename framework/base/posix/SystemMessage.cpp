@@ -1,10 +1,10 @@
 #include "framework/base/SystemMessage.h"
 
+#include "framework/base/Application.h"
 #include "framework/base/SystemText.h"
 #include "resources/Ids.h"
 
 #include <cstdio>
-#include <iterator>
 
 namespace vak::system {
 
@@ -35,9 +35,6 @@ bool FindText(CString& out, const Text* table, UINT id)
     return true;
 }
 
-/// The answers that a box offers, in their order, by its type's low digit.
-constexpr int kAnswers[][3] = {{1}, {1, 2}, {3, 4, 5}, {6, 7, 2}, {6, 7}, {4, 2}, {2, 10, 11}};
-
 void Print(LPCTSTR text)
 {
     CStringA bytes;
@@ -56,11 +53,7 @@ int ShowMessage(LPCTSTR text, LPCTSTR caption, UINT type)
     }
     Print(text);
     Print(L"\n");
-    const UINT box = type & 0x0F;
-    const UINT button = type >> 8 & 0x0F;
-    if (box >= std::size(kAnswers) || button >= std::size(kAnswers[0]) || kAnswers[box][button] == 0)
-        return IDOK;
-    return kAnswers[box][button];
+    return vak::DefaultAnswer(type);
 }
 
 void ShowWaitCursor(bool) {}
