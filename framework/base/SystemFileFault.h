@@ -13,16 +13,21 @@ enum class FileOperation
     Seek,
     SetLength,
     Flush,
+    Close,
     Remove,
     Rename,
     Replace,
     Copy
 };
 
-/// Returns 0 to let the operation happen, or the platform's error code that it shall fail with.
+/// Returns 0 to let the operation happen, or the platform's error code that it shall fail with. A file whose
+/// Close "fails" is closed.
 using FileFaultHook = DWORD (*)(FileOperation operation);
 
 /// Sets the hook of the whole process; null, the default, ends it.
 VAK_INTERNAL_API void SetFileFaultHook(FileFaultHook hook);
+
+/// For the back ends: what the hook says, 0 without one.
+DWORD FileFault(FileOperation operation);
 
 } // namespace vak::system

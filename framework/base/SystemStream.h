@@ -30,8 +30,8 @@ StreamBytes PeekStream(std::FILE* stream);
 void SkipStream(std::FILE* stream, std::size_t count);
 
 /// A buffered binary stream over an open file (SystemFile.h), which it takes over: CloseStream closes both.
-/// Null on failure; `file` is then still the caller's.
-std::FILE* OpenStream(HANDLE file, bool read, bool write);
+/// Null on failure; `file` is then still the caller's. `buffer` holds `size` bytes and outlives the stream.
+std::FILE* OpenStream(HANDLE file, bool read, bool write, char* buffer, std::size_t size);
 /// Writes out what is buffered and closes; false when something could not be written, the stream is closed
 /// anyway.
 bool CloseStream(std::FILE* stream);

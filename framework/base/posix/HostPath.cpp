@@ -262,6 +262,12 @@ bool FailErrno()
     return Fail(ErrorFromErrno(errno));
 }
 
+bool Refused(system::FileOperation operation)
+{
+    const DWORD error = system::FileFault(operation);
+    return error != 0 && !Fail(error);
+}
+
 bool FailPath(const std::string& host)
 {
     if (errno != ENOENT)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/base/String.h"
+#include "framework/base/SystemFileFault.h"
 
 #include <string>
 #include <string_view>
@@ -32,5 +33,7 @@ bool FailErrno();
 /// The same for errno of a call on `host`: a name that is missing because its folder is missing is another
 /// error.
 bool FailPath(const std::string& host);
+/// Whether a test's hook makes the operation fail; that failure is then recorded.
+bool Refused(vak::system::FileOperation operation);
 
 } // namespace vak::posix

@@ -1,0 +1,182 @@
+#include "framework/base/SystemFile.h"
+
+#include "framework/base/posix/HostPath.h"
+#include "framework/base/posix/ShareTable.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+
+using vak::posix::Fail;
+using vak::posix::FailErrno;
+using vak::posix::HostFromPath;
+using vak::posix::Refused;
+
+namespace vak::system {
+
+namespace {
+
+/// The most that one call of the host moves.
+constexpr UINT kLargestTransfer = 0x40000000;
+
+HANDLE FromDescriptor(int descriptor)
+{
+    return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(descriptor));
+}
+
+int Descriptor(HANDLE file)
+{
+    return static_cast<int>(reinterpret_cast<std::intptr_t>(file));
+}
+
+int HostFlags(const OpenOptions& options)
+{
+    int flags = options.write ? (options.read ? O_RDWR : O_WRONLY) : O_RDONLY;
+    if (!options.inherit)
+        flags |= O_CLOEXEC;
+    if (options.writeThrough)
+        flags |= O_SYNC;
+    // An old file is emptied only when sharing lets us in, so never by O_TRUNC.
+    if (options.disposition != OpenOptions::Disposition::OpenExisting)
+        flags |= O_CREAT;
+    if (options.disposition == OpenOptions::Disposition::CreateNew)
+        flags |= O_EXCL;
+    return flags;
+}
+
+/// Does what the platform's open does beyond the host's: no folders, the read-only attribute also for those
+/// whom the host lets write everything, sharing, emptying.
+bool Enter(int descriptor, const OpenOptions& options, bool isNew)
+{
+    struct stat found;
+    if (fstat(descriptor, &found) != 0)
+        return FailErrno();
+    const bool isReadOnly = (found.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+    if (S_ISDIR(found.st_mode) || (options.write && isReadOnly && !isNew))
+        return Fail(kErrorAccessDenied);
+    if (!posix::AdmitOpen(descriptor, found, options))
+        return Fail(kErrorSharingViolation);
+    if (options.disposition != OpenOptions::Disposition::CreateAlways || ftruncate(descriptor, 0) == 0)
+        return true;
+    FailErrno();
+    posix::ForgetOpen(descriptor);
+    return false;
+}
+
+} // namespace
+
+const HANDLE kNoFile = reinterpret_cast<HANDLE>(std::intptr_t{-1});
+
+HANDLE OpenFile(LPCWSTR path, const OpenOptions& options)
+{
+    if (Refused(FileOperation::Open))
+        return kNoFile;
+    DWORD error = 0;
+    const std::string host = HostFromPath(path, &error);
+    if (host.empty()) {
+        Fail(error);
+        return kNoFile;
+    }
+    const bool isNew = access(host.c_str(), F_OK) != 0;
+    const int descriptor = open(host.c_str(), HostFlags(options), 0666);
+    if (descriptor < 0) {
+        if (errno == EEXIST)
+            Fail(kErrorFileExists);
+        else
+            posix::FailPath(host);
+        return kNoFile;
+    }
+    if (Enter(descriptor, options, isNew))
+        return FromDescriptor(descriptor);
+    close(descriptor);
+    return kNoFile;
+}
+
+bool CloseFile(HANDLE file)
+{
+    const bool refused = Refused(FileOperation::Close);
+    posix::ForgetOpen(Descriptor(file));
+    if (close(Descriptor(file)) != 0 && errno != EINTR)
+        return FailErrno();
+    return !refused;
+}
+
+bool ReadFile(HANDLE file, void* buffer, UINT size, UINT& done)
+{
+    done = 0;
+    if (Refused(FileOperation::Read))
+        return false;
+    while (done < size) {
+        const ssize_t got = read(Descriptor(file), static_cast<char*>(buffer) + done,
+                                 std::min(size - done, kLargestTransfer));
+        if (got == 0)
+            return true;
+        if (got > 0)
+            done += static_cast<UINT>(got);
+        else if (errno != EINTR)
+            return FailErrno();
+    }
+    return true;
+}
+
+bool WriteFile(HANDLE file, const void* buffer, UINT size, UINT& done)
+{
+    done = 0;
+    if (Refused(FileOperation::Write))
+        return false;
+    while (done < size) {
+        const ssize_t put = write(Descriptor(file), static_cast<const char*>(buffer) + done,
+                                  std::min(size - done, kLargestTransfer));
+        if (put >= 0)
+            done += static_cast<UINT>(put);
+        else if (errno != EINTR)
+            return FailErrno();
+    }
+    return true;
+}
+
+bool SeekFile(HANDLE file, LONGLONG offset, UINT from, ULONGLONG& position)
+{
+    if (Refused(FileOperation::Seek))
+        return false;
+    constexpr int origins[] = {SEEK_SET, SEEK_CUR, SEEK_END};
+    if (from >= std::size(origins))
+        return Fail(kErrorInvalidParameter);
+    const off_t reached = lseek(Descriptor(file), offset, origins[from]);
+    if (reached < 0)
+        return errno == EINVAL ? Fail(kErrorNegativeSeek) : FailErrno();
+    position = static_cast<ULONGLONG>(reached);
+    return true;
+}
+
+bool GetFileLength(HANDLE file, ULONGLONG& length)
+{
+    struct stat found;
+    if (fstat(Descriptor(file), &found) != 0)
+        return FailErrno();
+    length = static_cast<ULONGLONG>(found.st_size);
+    return true;
+}
+
+bool SetFileLength(HANDLE file, ULONGLONG length)
+{
+    if (Refused(FileOperation::SetLength))
+        return false;
+    if (length > INT64_MAX)
+        return Fail(kErrorInvalidParameter);
+    if (ftruncate(Descriptor(file), static_cast<off_t>(length)) == 0)
+        return true;
+    return errno == EINVAL ? Fail(kErrorAccessDenied) : FailErrno();
+}
+
+bool FlushFile(HANDLE file)
+{
+    if (Refused(FileOperation::Flush))
+        return false;
+    return fsync(Descriptor(file)) == 0 || FailErrno();
+}
+
+} // namespace vak::system
