@@ -9,6 +9,9 @@
 namespace vak::detail {
 class FileSearch;
 }
+namespace vak::system {
+struct FileEntry;
+}
 
 /// A search of one folder by a pattern.
 ///
@@ -51,5 +54,7 @@ public:
     void Close();
 
 private:
+    const vak::system::FileEntry* Current() const;
+
     std::unique_ptr<vak::detail::FileSearch> m_search;
 };

@@ -19,7 +19,7 @@ public:
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
-    /// The open temporary, for reading and writing. Closing it is allowed, but gives up the held handle.
+    /// The open temporary, for reading and writing. Whoever closes it gives up: Commit then throws.
     CFile& File() { return m_file; }
     const CString& TemporaryPath() const { return m_temporary; }
 
@@ -30,10 +30,16 @@ public:
     void Discard();
 
 private:
+    class HeldFile : public CFile
+    {
+    public:
+        void Adopt(HANDLE file, const CString& path);
+    };
+
     CString m_target;
     CString m_temporary;
-    CFile m_file;
-    bool m_pending;
+    HeldFile m_file;
+    bool m_pending = false;
 };
 
 } // namespace vak::detail

@@ -4,6 +4,11 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <memory>
+
+namespace vak::system {
+struct StreamBytes;
+}
 
 /// A buffered file over a standard C stream, in text or in binary mode (CFile::typeText, CFile::typeBinary,
 /// the default).
@@ -64,6 +69,21 @@ protected:
     bool ReadByteLine(char* scratch, size_t maximum, ByteLine& line);
 
 private:
+    [[noreturn]] void ThrowStreamError() const;
+    void RequireStream() const;
+    void BeginReading();
+    void BeginWriting();
+    void Forget();
+    vak::system::StreamBytes Peek();
+    UINT ReadText(char* out, UINT count);
+    void Put(const char* bytes, size_t count);
+    bool ReadByteLineByPieces(char* scratch, size_t maximum, ByteLine& line);
+    size_t ReadUnits(LPTSTR out, size_t room);
+    size_t ReadConverted(LPTSTR out, size_t room);
+    bool ReadConvertedLine(CString& out);
+    bool ReadWideLine(CString& out);
+
+    std::unique_ptr<char[]> m_buffer; ///< the stream's
     bool m_bText;
     bool m_bWriting; ///< the stream's last transfer was a write
 };

@@ -79,8 +79,8 @@ public:
     CTime& operator-=(CTimeSpan span);
     auto operator<=>(const CTime&) const = default;
 
-    /// The local (the UTC) components by strftime codes: %Y %y %m %d %H %I %M %S %j %w %p %A %a %B %b %c %x
-    /// %X %%, names and orders as in the C locale. Any other code, or a moment without components, gives an
+    /// The local (the UTC) components by strftime's codes %Y %y %m %d %H %I %M %S %j %w %p %A %a %B %b %%,
+    /// with English names, whatever the C locale. Any other code, or a moment without components, gives an
     /// empty text.
     CString Format(LPCTSTR pszFormat) const;
     CString FormatGmt(LPCTSTR pszFormat) const;

@@ -130,8 +130,9 @@ bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
     WIN32_FIND_DATAW found;
     const HANDLE search =
         FindFirstFileExW(pattern, FindExInfoBasic, &found, FindExSearchNameMatch, nullptr, 0);
+    // The root of an empty volume has no entries at all.
     if (search == INVALID_HANDLE_VALUE)
-        return false;
+        return GetLastError() == ERROR_FILE_NOT_FOUND;
     do {
         entries.emplace_back();
         entries.back().name = found.cFileName;
