@@ -1,0 +1,259 @@
+#include "framework/base/String.h"
+
+#include "framework/base/Exception.h"
+#include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <type_traits>
+
+namespace {
+
+constexpr LPCWSTR kNull = nullptr;
+
+template <class Action>
+::testing::AssertionResult RefusesArgument(Action action)
+{
+    try {
+        action();
+    } catch (CInvalidArgException* e) {
+        e->Delete();
+        return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << "no invalid-argument exception";
+}
+
+} // namespace
+
+TEST(String, IsBuiltFromEitherWidthByLengthAndFromNull)
+{
+    EXPECT_EQ(CString(L"ab"), L"ab");
+    EXPECT_EQ(CString("caf\xE9 \x80"), L"caf\x00E9 \x20AC");
+    EXPECT_EQ(CStringA(L"caf\x00E9 \x20AC\x2603"), "caf\xE9 \x80?");
+    EXPECT_EQ(CString(L'x', 3), L"xxx");
+    EXPECT_EQ(CString('\xE9', 2), L"\x00E9\x00E9");
+    EXPECT_TRUE(CString(L'x', -1).IsEmpty());
+    EXPECT_TRUE(CString(kNull).IsEmpty());
+    EXPECT_TRUE(CString(kNull, 0).IsEmpty());
+    EXPECT_EQ(CString(L"abc", 2), L"ab");
+    EXPECT_TRUE(RefusesArgument([] { CString(kNull, 1); }));
+    EXPECT_TRUE(RefusesArgument([] { CString(L"a", -1); }));
+    CString text = L"old";
+    text = kNull;
+    EXPECT_TRUE(text.IsEmpty());
+    text = "n\xE4rrow";
+    text += kNull;
+    text += '\xE9';
+    EXPECT_EQ(L"<" + text + L'>' + "!", L"<n\x00E4rrow\x00E9>!");
+}
+
+TEST(String, KeepsZerosWhereALengthIsKnown)
+{
+    const CString zeros(L"a\0b\0c", 5);
+    EXPECT_EQ(zeros.GetLength(), 5);
+    EXPECT_EQ(CString(zeros).Mid(1), CString(L"\0b\0c", 4));
+    EXPECT_EQ((zeros + zeros).GetLength(), 10);
+    EXPECT_EQ(CString(CStringA(zeros)), zeros);
+    EXPECT_NE(zeros, L"a");
+    EXPECT_NE(zeros, CString(L"a\0b\0d", 5));
+    EXPECT_EQ(zeros.Compare(L"a"), 0) << "a pointer has no length: both end at the first zero";
+    EXPECT_EQ(zeros.Find(L'c'), 4);
+    CString changed = zeros;
+    EXPECT_EQ(changed.Replace(L"b", L"xy"), 1);
+    EXPECT_EQ(changed, CString(L"a\0xy\0c", 6));
+    EXPECT_EQ(changed.Remove(L'\0'), 2);
+    EXPECT_EQ(changed, L"axyc");
+}
+
+TEST(String, ComparesByValueOfTheUnitsAndFoldsEveryLetter)
+{
+    EXPECT_LT(CString(L"a"), L"b");
+    EXPECT_LT(CString(L"a"), CString(L"aa"));
+    EXPECT_GT(CString(L"\xFF21"), L"\xD83D\xDE00") << "units, not code points";
+    EXPECT_GT(CStringA("\xE9"), "z") << "bytes are unsigned";
+    EXPECT_TRUE(L"a" == CString(L"a") && L"b" > CString(L"a") && CString(L"a") != L"A");
+    EXPECT_GT(CString(L"b").Compare(L"a"), 0);
+    EXPECT_EQ(CString(L"\x00C9T\x00C9 \x0416").CompareNoCase(L"\x00E9t\x00E9 \x0436"), 0);
+    EXPECT_LT(CString(L"A").CompareNoCase(L"b"), 0);
+    EXPECT_LT(CString(L"a").CompareNoCase(L"_"), 0) << "folded to upper case, letters precede the underscore";
+    EXPECT_EQ(CStringA("\xC9t").CompareNoCase("\xE9T"), 0);
+    EXPECT_EQ(CString().CompareNoCase(kNull), 0);
+    EXPECT_LT(CString().CompareNoCase(L"a"), 0);
+}
+
+TEST(String, ClampsPartsAndRefusesUnitsOutside)
+{
+    const CString text(L"abcdef");
+    EXPECT_EQ(text.Left(2) + text.Right(2), L"abef");
+    EXPECT_EQ(text.Left(-1) + text.Right(-1) + text.Left(0), L"");
+    EXPECT_EQ(text.Left(99) + text.Right(99), L"abcdefabcdef");
+    EXPECT_EQ(text.Mid(-2, 2), L"ab");
+    EXPECT_EQ(text.Mid(4, 99), L"ef");
+    EXPECT_EQ(text.Mid(2, 0x7FFFFFFF), L"cdef");
+    EXPECT_EQ(text.Mid(99) + text.Mid(1, -1), L"");
+    EXPECT_EQ(text[6], L'\0');
+    EXPECT_TRUE(RefusesArgument([&] { return text[7]; }));
+    EXPECT_TRUE(RefusesArgument([&] { return text.GetAt(-1); }));
+    CString changed = text;
+    changed.SetAt(5, L'F');
+    EXPECT_EQ(changed, L"abcdeF");
+    EXPECT_TRUE(RefusesArgument([&] { changed.SetAt(6, L'x'); }));
+    EXPECT_EQ(text.SpanIncluding(L"cba") + text.SpanExcluding(L"ed"), L"abcabc");
+    EXPECT_EQ(text.SpanExcluding(L"xyz") + text.SpanIncluding(L""), L"abcdef");
+}
+
+TEST(String, FindsFromTheStartOrNotAtAll)
+{
+    const CString text(L"abcabc");
+    EXPECT_EQ(text.Find(L"bc", 2), 4);
+    EXPECT_EQ(text.Find(L"bc", 5), -1);
+    EXPECT_EQ(text.Find(L"bc", -1), -1);
+    EXPECT_EQ(text.Find(L"", 6), 6);
+    EXPECT_EQ(text.Find(L"", 7), -1);
+    EXPECT_EQ(text.Find(L'a', 1), 3);
+    EXPECT_EQ(text.Find(L'a', 6), -1);
+    EXPECT_EQ(text.ReverseFind(L'b'), 4);
+    EXPECT_EQ(text.ReverseFind(L'x'), -1);
+    EXPECT_EQ(text.FindOneOf(L"xcb"), 1);
+    EXPECT_EQ(text.FindOneOf(L""), -1);
+}
+
+TEST(String, TokensSkipRunsOfDelimitersAndEndInMinusOne)
+{
+    const CString text(L",;one,,two;");
+    int at = 0;
+    EXPECT_EQ(text.Tokenize(L",;", at), L"one");
+    EXPECT_EQ(at, 6);
+    EXPECT_EQ(text.Tokenize(L",;", at), L"two");
+    EXPECT_EQ(text.Tokenize(L",;", at), L"");
+    EXPECT_EQ(at, -1);
+    EXPECT_TRUE(RefusesArgument([&] { return text.Tokenize(L",", at); }));
+    at = 1;
+    EXPECT_EQ(text.Tokenize(L"", at), L";one,,two;");
+    EXPECT_EQ(text.Tokenize(L"", at), L"");
+}
+
+TEST(String, EditsInPlace)
+{
+    CString text(L"abcabcab");
+    EXPECT_EQ(text.Replace(L"ab", L"xyz"), 3);
+    EXPECT_EQ(text, L"xyzcxyzcxyz");
+    EXPECT_EQ(text.Replace(L"", L"q"), 0);
+    EXPECT_EQ(text.Replace(L"yz", kNull), 3);
+    EXPECT_EQ(text, L"xcxcx");
+    EXPECT_EQ(text.Replace(L'x', L'a'), 3);
+    EXPECT_EQ(text.Insert(-5, L"<"), 6);
+    EXPECT_EQ(text.Insert(99, L'>'), 7);
+    EXPECT_EQ(text, L"<acaca>");
+    EXPECT_EQ(text.Insert(1, text), 14) << "its own text";
+    EXPECT_EQ(text, L"<<acaca>acaca>");
+    EXPECT_EQ(text.Delete(1, 7), 7);
+    EXPECT_EQ(text.Delete(6, 99), 6);
+    EXPECT_EQ(text.Delete(99) + text.Delete(0, -1), 12);
+    EXPECT_EQ(text.MakeReverse(), L"acaca<");
+    text.SetString(text.GetString() + 1, 3);
+    EXPECT_EQ(text, L"cac");
+    text.Append(L"xyz", 2);
+    EXPECT_EQ(text, L"cacxy");
+}
+
+TEST(String, TrimsBlanksUnitsAndSets)
+{
+    EXPECT_EQ(CString(L" \t\r\n\x00A0\x3000 a b \v\f").Trim(), L"a b");
+    EXPECT_EQ(CStringA(" \t\xA0 ").Trim(), "\xA0") << "a byte above 127 is part of a character";
+    EXPECT_EQ(CString(L"xxaxx").TrimLeft(L'x'), L"axx");
+    EXPECT_EQ(CString(L"xxaxx").TrimRight(L'x'), L"xxa");
+    EXPECT_EQ(CString(L"\"'a'\"").Trim(L"'\""), L"a");
+    EXPECT_EQ(CString(L"   ").Trim(), L"");
+    EXPECT_EQ(CString(L"xx").TrimRight(L'x') + CString(L"xy").TrimLeft(L"yx"), L"");
+}
+
+TEST(String, BuffersKeepTheTextAndEndAtTheirLength)
+{
+    CString text(L"ab");
+    wchar_t* buffer = text.GetBuffer(10);
+    EXPECT_TRUE(buffer[0] == L'a' && buffer[1] == L'b' && buffer[2] == 0);
+    buffer[2] = L'c';
+    text.ReleaseBuffer();
+    EXPECT_EQ(text, L"abc");
+    text.GetBuffer(10)[5] = L'z';
+    text.ReleaseBuffer(6);
+    EXPECT_EQ(text, CString(L"abc\0\0z", 6));
+    text.GetBufferSetLength(2);
+    EXPECT_EQ(text, L"ab");
+    text.GetBuffer();
+    EXPECT_TRUE(RefusesArgument([&] { text.ReleaseBuffer(3); }));
+    text.Preallocate(1000);
+    EXPECT_EQ(text, L"ab");
+}
+
+TEST(String, FoldsAccentsInBothWidths)
+{
+    EXPECT_EQ(CString(L"\x00E9t\x00E9 stra\x00DF"
+                      L"e \x0436 \x03C3 \x00FF")
+                  .MakeUpper(),
+              L"\x00C9T\x00C9 STRA\x00DF"
+              L"E \x0416 \x03A3 \x0178");
+    EXPECT_EQ(CString(L"\x00C9 \x0416 I\x0130").MakeLower(), L"\x00E9 \x0436 i\x0130");
+    EXPECT_EQ(CStringA("\xE9\x9C").MakeUpper(), "\xC9\x8C");
+}
+
+TEST(String, MovedFromIsEmptyAndSelfAssignmentIsHarmless)
+{
+    CString from(L"a text that is too long to be held inside of the object");
+    const CString same = from;
+    CString to = std::move(from);
+    EXPECT_EQ(to, same);
+    EXPECT_TRUE(from.IsEmpty()); // NOLINT: the state is documented
+    CString& alias = to;
+    to = alias;
+    to = std::move(alias);
+    EXPECT_EQ(to, same);
+    to += to;
+    EXPECT_EQ(to.GetLength(), 2 * same.GetLength());
+}
+
+TEST(String, NeverPassesForANumberOrAPlainPointerInFormat)
+{
+    static_assert(!std::is_convertible_v<int, CString> && !std::is_convertible_v<wchar_t, CString>);
+    static_assert(!std::is_trivially_copyable_v<CString>);
+    static_assert(std::is_nothrow_move_constructible_v<CString>);
+}
+
+/// The same random edits on a string and on a plain model of it.
+TEST(String, AgreesWithAModelUnderRandomEdits)
+{
+    std::mt19937 random(7);
+    const auto below = [&](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
+    CStringA text;
+    std::string model;
+    for (int step = 0; step < 20000; ++step) {
+        const std::string piece(static_cast<std::size_t>(below(40)), static_cast<char>('a' + below(3)));
+        const int at = below(static_cast<int>(model.size()) + 1);
+        const auto index = static_cast<std::size_t>(at);
+        switch (below(5)) {
+        case 0:
+            text.Insert(at, piece.c_str());
+            model.insert(index, piece);
+            break;
+        case 1:
+            text.Delete(at, 30);
+            model.erase(index, 30);
+            break;
+        case 2:
+            text = text.Mid(at) + text.Left(at);
+            model = model.substr(index) + model.substr(0, index);
+            break;
+        case 3:
+            text.Replace("ab", "c");
+            for (std::size_t found = 0; (found = model.find("ab", found)) != std::string::npos; ++found)
+                model.replace(found, 2, "c");
+            break;
+        default:
+            ASSERT_EQ(text.Find(piece.c_str(), at), static_cast<int>(model.find(piece, index)));
+        }
+        ASSERT_EQ(text, model.c_str());
+    }
+}
