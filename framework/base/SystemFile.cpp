@@ -9,7 +9,7 @@ namespace vak::system {
 bool ListFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
 {
     entries.clear();
-    if (!detail::ReadFolder(folder, entries))
+    if (!ReadFolder(folder, entries))
         return false;
     const auto before = [](const FileEntry& a, const FileEntry& b) {
         const int order = CompareOrdinalIgnoreCase(a.name, static_cast<size_t>(a.name.GetLength()), b.name,

@@ -127,10 +127,8 @@ VAK_INTERNAL_API bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to);
 /// where the system has them. `folder` may end in a backslash and is the current one when empty.
 VAK_INTERNAL_API bool ListFolder(LPCWSTR folder, std::vector<FileEntry>& entries);
 
-namespace detail {
 /// The entries in the order that the system has them; for ListFolder.
 bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries);
-} // namespace detail
 /// @}
 
 } // namespace vak::system

@@ -246,8 +246,6 @@ bool ReplaceFileBy(HANDLE, LPCWSTR from, LPCWSTR to)
     return true;
 }
 
-namespace detail {
-
 bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
 {
     const Host host(folder == nullptr || *folder == 0 ? L"." : folder);
@@ -266,7 +264,5 @@ bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
     closedir(directory);
     return true;
 }
-
-} // namespace detail
 
 } // namespace vak::system

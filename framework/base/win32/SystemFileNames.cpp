@@ -118,8 +118,6 @@ bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to)
     }
 }
 
-namespace detail {
-
 bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
 {
     CString pattern(folder);
@@ -143,7 +141,5 @@ bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
     SetLastError(error);
     return error == ERROR_NO_MORE_FILES;
 }
-
-} // namespace detail
 
 } // namespace vak::system
