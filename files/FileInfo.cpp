@@ -4,7 +4,7 @@
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
 #include "files/NetworkPath.h"
-#include "files/detail/PathRoot.h"
+#include "framework/base/detail/PathText.h"
 #include "framework/base/SystemFolder.h"
 
 namespace {
@@ -34,14 +34,14 @@ void CFileInfo::Init(const CFileNameSpec& spec, _FILEINFO_TYPE type)
 void CFileInfo::SplitName(const CString& name, bool isDirectory)
 {
     m_completeName = name;
-    m_rootLength = vak::detail::PathRootLength(name);
+    m_rootLength = vak::detail::RootLength(name);
     int nameStart = name.ReverseFind(L'\\') + 1;
     if (nameStart < m_rootLength)
         nameStart = m_rootLength;
     m_isDirectory = isDirectory || (!name.IsEmpty() && nameStart == name.GetLength());
     if (m_isDirectory) {
         fileSlashTerminate(m_completeName);
-        m_rootLength = vak::detail::PathRootLength(m_completeName);
+        m_rootLength = vak::detail::RootLength(m_completeName);
         nameStart = m_completeName.GetLength();
     }
     m_path = m_completeName.Left(nameStart);

@@ -6,22 +6,43 @@ namespace vak::detail {
 
 namespace {
 
-bool IsDriveLetter(wchar_t unit)
+constexpr int kPrefixLength = 4; // "\\?\" or "\\.\"
+
+bool IsDrive(const CString& path, int at)
 {
-    return (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
+    if (path.GetLength() < at + 2 || path[at + 1] != L':')
+        return false;
+    const wchar_t letter = path[at];
+    return (letter >= L'A' && letter <= L'Z') || (letter >= L'a' && letter <= L'z');
 }
 
-/// The end of "\\server\share", without a backslash behind it; 0 for any other beginning.
-int ShareEnd(const CString& path)
+int DriveEnd(const CString& path, int at)
+{
+    const int end = at + 2;
+    return path.GetLength() > end && path[end] == L'\\' ? end + 1 : end;
+}
+
+/// The position behind the separator that ends the component at `at`, or the end of the path.
+int BehindComponent(const CString& path, int at)
+{
+    const int separator = path.Find(L'\\', at);
+    return separator < 0 ? path.GetLength() : separator + 1;
+}
+
+bool HasDevicePrefix(const CString& path)
+{
+    const CString prefix = path.Left(kPrefixLength);
+    return prefix == L"\\\\?\\" || prefix == L"\\\\.\\";
+}
+
+/// Where the server's name begins in a path of the network; 0 in any other.
+int ServerStart(const CString& path)
 {
     if (path.Left(2) != L"\\\\")
         return 0;
-    const int serverEnd = path.Find(L'\\', 2);
-    if (serverEnd <= 2)
-        return 0;
-    const int next = path.Find(L'\\', serverEnd + 1);
-    const int end = next < 0 ? path.GetLength() : next;
-    return end > serverEnd + 1 ? end : 0;
+    if (!HasDevicePrefix(path))
+        return 2;
+    return path.Mid(kPrefixLength, 4).CompareNoCase(L"UNC\\") == 0 ? kPrefixLength + 4 : 0;
 }
 
 } // namespace
@@ -35,19 +56,21 @@ bool IsRelativePath(const CString& path)
 
 bool IsNetworkPath(const CString& path)
 {
-    // "\\?\" and "\\.\" lead into the system's own names of devices, not to a server.
-    const bool device = path.GetLength() > 3 && path[3] == L'\\' && (path[2] == L'?' || path[2] == L'.');
-    return !device && ShareEnd(path) > 0;
+    const int server = ServerStart(path);
+    const int share = path.Find(L'\\', server) + 1;
+    return server > 0 && share > server + 1 && share < path.GetLength() && path[share] != L'\\';
 }
 
 int RootLength(const CString& path)
 {
-    const int length = path.GetLength();
-    if (length >= 2 && path[1] == L':' && IsDriveLetter(path[0]))
-        return length > 2 && path[2] == L'\\' ? 3 : 2;
-    if (const int end = ShareEnd(path); end > 0)
-        return end < length ? end + 1 : end;
-    return EndsInSlash(path.Left(1)) ? 1 : 0;
+    if (IsDrive(path, 0))
+        return DriveEnd(path, 0);
+    if (const int server = ServerStart(path); server > 0)
+        return BehindComponent(path, BehindComponent(path, server));
+    if (!HasDevicePrefix(path))
+        return EndsInSlash(path.Left(1)) ? 1 : 0;
+    return IsDrive(path, kPrefixLength) ? DriveEnd(path, kPrefixLength)
+                                        : BehindComponent(path, kPrefixLength);
 }
 
 bool IsRootPath(const CString& path)

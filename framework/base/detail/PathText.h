@@ -9,12 +9,13 @@ namespace vak::detail {
 
 /// A path without drive, share or leading backslash.
 bool IsRelativePath(const CString& path);
-/// Whether the path begins with "\\server\share".
+/// Whether the path begins with "\\server\share", or that behind "\\?\UNC\".
 bool IsNetworkPath(const CString& path);
-/// The length of what the path begins with of "C:\", "C:", "\\server\share\", "\\server\share" or "\"; else
-/// 0.
+/// The length of the path's root with the separator that ends it, if there is one: "C:\", "\\server\share\",
+/// the same behind "\\?\", and "\" alone. "C:" is a root too; 0 when there is none.
 int RootLength(const CString& path);
-/// Whether the path is "\", "C:\" or "\\server\share", the latter with or without a backslash at its end.
+/// Whether the path is nothing but a root that names a folder: "\", "C:\", "\\server\share" with or without a
+/// backslash at its end, but not "C:".
 bool IsRootPath(const CString& path);
 
 bool EndsInSlash(const CString& path);
