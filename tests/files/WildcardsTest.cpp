@@ -69,7 +69,7 @@ TEST(Wildcards, MatchAsWorkedOutByHand)
         {L"", L"a", 0, 0},
         {L"aab", L"*ab", 0, 1},
         {L"ab", L"ab*b", 0, 0},
-        {L"aXbXc", L"a*x*x*c", 0, 0},
+        {L"aXbXc", L"a*x*x*x*c", 0, 0},
         {L"a.b.obj", L"*.*.OBJ", 0, 1},
         {L"[a]", L"[a]", 0, 1},
         {L"a", L"[a]", 0, 0},
