@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -53,7 +54,7 @@ public:
     void Minimize();
 
 protected:
-    explicit HashSlots(unsigned int n);
+    explicit HashSlots(unsigned int n) : HashSlots(NextPrime(n), nullptr) { AllocateArray(); }
     HashSlots(const HashSlots& other);
     HashSlots& operator=(const HashSlots& other);
     ~HashSlots() { FreeArray(); }
@@ -120,6 +121,9 @@ private:
         return rest >= m_size ? rest - m_size : rest;
     }
 
+    // Constructors delegate here, so that the destructor cleans up when a key's copy throws.
+    HashSlots(unsigned int size, std::nullptr_t) : m_initialSize(size), m_size(size) {}
+
     void SetMark(unsigned int pos, std::uint8_t mark);
     unsigned int Probe(const Key& key, std::uint32_t start) const;
     void InsertMoved(SLOT& slot);
@@ -133,14 +137,9 @@ private:
 };
 
 template <class SLOT>
-HashSlots<SLOT>::HashSlots(unsigned int n) : m_initialSize(NextPrime(n)), m_size(m_initialSize)
+HashSlots<SLOT>::HashSlots(const HashSlots& other) : HashSlots(other.m_size, nullptr)
 {
-    AllocateArray();
-}
-
-template <class SLOT>
-HashSlots<SLOT>::HashSlots(const HashSlots& other) : m_initialSize(other.m_initialSize), m_size(other.m_size)
-{
+    m_initialSize = other.m_initialSize;
     if (other.m_slots == nullptr || !AllocateArray())
         return;
     if constexpr (kPlain)
