@@ -39,4 +39,4 @@ TEST_P(CorpusReplay, EveryCommittedInputEndsInADocumentedResult)
 }
 
 INSTANTIATE_TEST_SUITE_P(Fuzz, CorpusReplay, testing::ValuesIn(AllTargets()),
-                         [](const auto& info) { return std::string(info.param->name); });
+                         [](const auto& target) { return std::string(target.param->name); });
