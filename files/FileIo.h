@@ -138,10 +138,10 @@ public:
     /// number picked, their names in `selected` in the given order; 0 with `selected` empty when the user
     /// cancels. In silent mode all are picked. Windows only.
     int SelectFilesFromList(const CStringArray& files, CStringArray& selected) const;
-    /// Looks for the file that a document means by `file`, whose path may be stale: at that path (a relative
-    /// one below `folder`), then by its name in `folder`, then there under another extension of the
-    /// registered kinds of the families `kinds` (bits of 0xFF000; 0 tries none). Returns 1 with the file
-    /// found in `file`; else 0 with `file` as it was.
+    /// Looks for the file that a document means by `file`, whose path may be stale or written with slashes:
+    /// at that path (a relative one below `folder`), then by its name in `folder`, then there under another
+    /// extension of the registered kinds of the families `kinds` (bits of 0xFF000; 0 tries none). Returns 1
+    /// with the file found in `file`; else 0 with `file` as it was.
     static int FindMatchingFile(CString& file, const CString& folder, int kinds);
 
     CWnd* GetParentWnd() const { return m_parentWnd; }

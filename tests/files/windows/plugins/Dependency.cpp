@@ -1,0 +1,4 @@
+extern "C" __declspec(dllexport) unsigned int DependencyClass()
+{
+    return 'VTND';
+}
