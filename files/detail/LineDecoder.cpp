@@ -64,7 +64,7 @@ std::size_t DecodeSequence(const unsigned char* bytes, std::size_t left, char32_
 
 } // namespace
 
-std::size_t DecodeUtf8(const char* bytes, std::size_t length, wchar_t* units)
+std::size_t DecodeWellFormedUtf8(const char* bytes, std::size_t length, wchar_t* units)
 {
     const auto* from = reinterpret_cast<const unsigned char*>(bytes);
     wchar_t* to = units;
@@ -165,7 +165,7 @@ bool LineDecoder::Decode(const char* bytes, std::size_t length, CString& text)
     if (length <= kPiece && m_kind == Kind::SingleByte)
         count = DecodeSingleBytes(bytes, length, units);
     else if (length <= kPiece && m_kind == Kind::Utf8)
-        count = DecodeUtf8(bytes, length, units);
+        count = DecodeWellFormedUtf8(bytes, length, units);
     if (count != kNone) {
         text.SetString(units, static_cast<int>(count));
         return true;

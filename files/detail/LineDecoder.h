@@ -42,7 +42,7 @@ private:
 
 /// Converts well-formed UTF-8 and returns the number of units, at most `length`; npos at the first byte that
 /// is out of place.
-std::size_t DecodeUtf8(const char* bytes, std::size_t length, wchar_t* units);
+std::size_t DecodeWellFormedUtf8(const char* bytes, std::size_t length, wchar_t* units);
 
 /// The first LF in `count` units that need not be aligned, or null.
 const char* FindLineFeed(const char* units, std::size_t count);
