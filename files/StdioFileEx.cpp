@@ -1,7 +1,6 @@
 #include "files/StdioFileEx.h"
 
 #include "files/detail/FormattedReader.h"
-#include "files/detail/LineDecoder.h"
 #include "files/detail/ScanSource.h"
 #include "framework/base/FileException.h"
 #include "framework/base/SystemStream.h"
@@ -43,7 +42,7 @@ bool ToNarrow(LPCWSTR text, UINT codePage, CStringA& bytes)
 
 } // namespace
 
-CStdioFileEx::CStdioFileEx() : m_codePage(vak::system::AnsiCodePage()) {}
+CStdioFileEx::CStdioFileEx() : m_codePage(vak::system::AnsiCodePage()), m_knownCodePage(m_codePage) {}
 
 CStdioFileEx::CStdioFileEx(LPCTSTR path, UINT flags) : CStdioFileEx()
 {
@@ -128,12 +127,12 @@ void CStdioFileEx::SetCodePage(UINT codePage)
     m_codePage = codePage;
 }
 
-vak::detail::LineDecoder& CStdioFileEx::Decoder()
+bool CStdioFileEx::IsCodePageKnown(UINT codePage)
 {
-    const UINT codePage = Resolve(m_codePage);
-    if (m_decoder == nullptr || m_decoder->CodePage() != codePage)
-        m_decoder = std::make_unique<vak::detail::LineDecoder>(codePage);
-    return *m_decoder;
+    CString nothing;
+    if (codePage != m_knownCodePage && vak::system::ToWide(codePage, "", 0, nothing))
+        m_knownCodePage = codePage;
+    return codePage == m_knownCodePage;
 }
 
 BOOL CStdioFileEx::ReadString(CString& line)
@@ -171,15 +170,17 @@ bool CStdioFileEx::ReadAnsiLine(CString& line)
     ByteLine piece;
     if (!ReadByteLine(scratch, kPiece, piece))
         return false;
+    const UINT codePage = Resolve(m_codePage);
     size_t length = piece.length;
     size_t tail = 0;
     if (!piece.ended && length == kPiece) {
-        tail = vak::system::IncompleteTail(Resolve(m_codePage), piece.text, length);
+        tail = vak::system::IncompleteTail(codePage, piece.text, length);
         length -= tail;
     }
     if (length > 0 && piece.text[length - 1] == '\r')
         --length;
-    Decoder().Decode(piece.text, length, line);
+    if (IsCodePageKnown(codePage))
+        vak::system::ToWide(codePage, piece.text, length, line);
     // The beginning of a character waits for the next piece; it holds nothing that text mode translates.
     if (tail > 0)
         Seek(-static_cast<LONGLONG>(tail), current);
@@ -225,6 +226,9 @@ int CStdioFileEx::FScanfS(LPCWSTR format, ...)
 {
     if (format == nullptr || m_pStream == nullptr)
         return EOF;
+    // Between writing and reading a stream wants a seek; the base's own reads see to it themselves.
+    if ((m_openFlags & (modeWrite | modeReadWrite)) != 0)
+        Seek(0, current);
     if (m_isUnicode)
         SkipMark();
     vak::detail::ScanSource source(*this, {Resolve(m_codePage), m_isUnicode, (m_openFlags & typeText) != 0});

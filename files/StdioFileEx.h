@@ -4,12 +4,6 @@
 #include "framework/base/StdioFile.h"
 #include "framework/base/String.h"
 
-#include <memory>
-
-namespace vak::detail {
-class LineDecoder;
-}
-
 /// A text file read and written line by line, in UTF-16 with a byte-order mark or in an 8-bit code page,
 /// while the program sees only wide strings.
 ///
@@ -88,19 +82,20 @@ protected:
     /// when the file is found to be UTF-16, or is to be written so.
     UINT ProcessFlags(LPCTSTR path, UINT& flags);
 
-    // The order of these members is part of the interface.
-    bool m_deleteOnDestroy = false; ///< the destructor deletes the file
-    bool m_isUnicode = false;       ///< found to be UTF-16 on opening
-    UINT m_openFlags = 0;           ///< as used, after the adjustment
+    // The order of these members is part of the interface, their distances too: hence the alignment, without
+    // which the first would move into the base's padding where the compiler does so.
+    alignas(UINT) bool m_deleteOnDestroy = false; ///< the destructor deletes the file
+    bool m_isUnicode = false;                     ///< found to be UTF-16 on opening
+    UINT m_openFlags = 0;                         ///< as used, after the adjustment
     UINT m_codePage;
 
 private:
-    vak::detail::LineDecoder& Decoder();
+    bool IsCodePageKnown(UINT codePage);
     bool ReadAnsiLine(CString& line);
     bool ReadUnicodeLine(CString& line);
     void WriteUnicode(LPCTSTR text);
     void SkipMark();
 
     CString m_openedPath; ///< what the destructor deletes, also after Close
-    std::unique_ptr<vak::detail::LineDecoder> m_decoder;
+    UINT m_knownCodePage; ///< the last one that the system was found to know
 };

@@ -12,7 +12,6 @@ class VAK_API CStringArray : public CArray<CString>
 public:
     CStringArray() = default;
 
-    /// The archive holds the count and the strings; reading replaces what the array holds. After an
-    /// exception it holds the strings read before.
+    /// The archive holds the count and the strings; reading replaces what the array holds.
     void Serialize(CArchive& archive) override;
 };

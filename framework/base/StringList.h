@@ -55,8 +55,7 @@ public:
     void RemoveAt(POSITION position);
     void RemoveAll();
 
-    /// The archive holds the count and the strings; reading appends to what the list holds, after an
-    /// exception the strings read before.
+    /// The archive holds the count and the strings; reading appends to what the list holds.
     void Serialize(CArchive& archive) override;
 
 private:

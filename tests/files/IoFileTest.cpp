@@ -1,0 +1,458 @@
+#include "files/IoFile.h"
+
+#include "framework/base/ArchiveException.h"
+#include "framework/base/FileException.h"
+#include "tests/support/MessageRecorder.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <random>
+#include <string>
+
+using vak::test::MessageRecorder;
+using vak::test::TempFolder;
+
+namespace {
+
+/// What the protected members are to the host's own derived classes.
+class OpenedUp : public IoFile
+{
+public:
+    using IoFile::IoFile;
+    using IoFile::m_file;
+    using IoFile::m_fileName;
+    using IoFile::m_finder;
+    using IoFile::m_flags;
+    using IoFile::m_memFile;
+    using IoFile::m_searchMore;
+    using IoFile::m_textFile;
+    using IoFile::m_wantedExtension;
+};
+
+template <class Exception>
+class WithoutMessage : public Exception
+{
+public:
+    using Exception::Exception;
+    BOOL GetErrorMessage(LPTSTR, UINT, PUINT) const override { return FALSE; }
+};
+
+class BinaryFile : public testing::Test
+{
+protected:
+    /// Runs `read` and returns whether it threw the end-of-file exception of strict reads.
+    template <class Read>
+    static bool EndsStrictly(Read read)
+    {
+        try {
+            read();
+        } catch (CFileException* failure) {
+            const bool isEnd = failure->m_cause == 14 && failure->m_lOsError == -1;
+            failure->Delete();
+            return isEnd;
+        }
+        return false;
+    }
+
+    TempFolder folder;
+};
+
+} // namespace
+
+TEST_F(BinaryFile, NewObjectsAreSilentClosedAndWriting)
+{
+    OpenedUp file;
+    EXPECT_EQ(file.m_flags, 0x1u);
+    EXPECT_TRUE(file.IsWriting());
+    EXPECT_TRUE(file.IsBinaryMode());
+    EXPECT_EQ(OpenedUp(1, 0xC).m_flags, 0xDu);
+    EXPECT_EQ(OpenedUp(0, 0xCu).m_flags, 0xCu);
+    EXPECT_FALSE(OpenedUp(0x8u).IsBinaryMode());
+    int value = 0;
+    CString line;
+    EXPECT_EQ(file.FileRead(&value, 4), 0);
+    EXPECT_EQ(file.ReadString(line), 0);
+    EXPECT_EQ(file.FileGetLength(), 0u);
+    EXPECT_EQ(file.FileSeek(1, CFile::begin), 1);
+    EXPECT_EQ(file.GetFileStream(), nullptr);
+    file.CloseFile();
+    const auto offset = [&file](const void* member) {
+        return static_cast<const char*>(member) - reinterpret_cast<const char*>(&file);
+    };
+    constexpr std::ptrdiff_t string = sizeof(CString);
+    EXPECT_EQ(offset(&file.m_flags), 0);
+    EXPECT_EQ(offset(&file.m_textFile), 8);
+    EXPECT_EQ(offset(&file.m_memFile), 16);
+    EXPECT_EQ(offset(&file.m_file), 24);
+    EXPECT_EQ(offset(&file.m_fileName), 32);
+    EXPECT_EQ(offset(&file.m_finder), 32 + string);
+    EXPECT_EQ(offset(&file.m_searchMore), 40 + string);
+    EXPECT_EQ(offset(&file.m_wantedExtension), 48 + string);
+}
+
+TEST_F(BinaryFile, TypedValuesAreWrittenLittleEndianAndReversedOnDemand)
+{
+    IoFile file;
+    ASSERT_TRUE(file.OpenFile(folder.Path("v.bin"), 0));
+    file.WriteInt(-2);
+    file.WriteUInt(0x01020304);
+    file.WriteLong(-3);
+    file.WriteULong(0xA0B0C0D0);
+    file.WriteFloat(1.5f);
+    file.WriteShort(-4);
+    file.WriteUShort(0x1234);
+    file.WriteChar('c');
+    file.WriteUChar(0xFE);
+    BYTE six[] = {1, 2, 3, 4, 5, 6};
+    file.FileReverseWrite(six, 6);
+    file.FileReverseWrite(six, 3, 2);
+    EXPECT_EQ(six[0], 1);
+    EXPECT_EQ(file.FileGetPosition(), 38u);
+    file.FileSeek(static_cast<ULONGLONG>(-12), CFile::end);
+    file.FileWrite(six, 1);
+    EXPECT_EQ(file.FileGetLength(), 38u);
+    file.CloseFile();
+    const std::string expected(
+        "\xFE\xFF\xFF\xFF\x04\x03\x02\x01\xFD\xFF\xFF\xFF\xD0\xC0\xB0\xA0\x00\x00\xC0\x3F"
+        "\xFC\xFF\x34\x12"
+        "c\xFE\x01\x05\x04\x03\x02\x01\x02\x01\x04\x03\x06\x05",
+        38);
+    EXPECT_EQ(folder.Read("v.bin"), expected);
+    EXPECT_EQ(file.GetFileName(), folder.Path("v.bin"));
+    EXPECT_EQ(file.GetFilePath(), folder.Path());
+    EXPECT_EQ(file.GetName(), L"v.bin");
+    ASSERT_TRUE(file.OpenFile(folder.Path("v.bin"), 0));
+    file.CloseAndDeleteFile();
+    EXPECT_FALSE(folder.Has("v.bin"));
+}
+
+TEST_F(BinaryFile, ReversedReadsAndShortReadsAreAlikeOnDiskAndInMemory)
+{
+    const CString path = folder.Write("six.bin", "\x01\x02\x03\x04\x05\x06");
+    for (const unsigned int mode : {0u, 2u}) {
+        SCOPED_TRACE(mode);
+        IoFile file(1, mode);
+        ASSERT_TRUE(file.OpenFile(path, 1));
+        EXPECT_FALSE(file.IsWriting());
+        char six[7] = {};
+        EXPECT_EQ(file.FileReverseRead(six, 3, 2), 1);
+        EXPECT_STREQ(six, "\x02\x01\x04\x03\x06\x05");
+        file.FileSeek(0, CFile::begin);
+        EXPECT_EQ(file.FileReverseRead(six, 6), 1);
+        EXPECT_STREQ(six, "\x06\x05\x04\x03\x02\x01");
+        file.FileSeek(4, CFile::begin);
+        EXPECT_EQ(file.FileReverseRead(six, 2, 2), 0);
+        EXPECT_STREQ(six, "\x05\x06\x04\x03\x02\x01");
+        file.FileSeek(1, CFile::begin);
+        EXPECT_EQ(file.FileReverseRead(six, 0x80000001u, 2), 0);
+        EXPECT_EQ(file.FileGetPosition(), 1u);
+        file.CloseFile();
+        IoFile strict(1, mode | 4);
+        ASSERT_TRUE(strict.OpenFile(path, 1));
+        EXPECT_EQ(strict.FileRead(six, 6), 1);
+        EXPECT_EQ(strict.FileRead(six, 0), 1);
+        CString line;
+        EXPECT_TRUE(EndsStrictly([&] { strict.FileRead(six, 1); }));
+        EXPECT_TRUE(EndsStrictly([&] { strict.FileReverseRead(six, 1, 2); }));
+        strict.GetTextFile()->SeekToEnd();
+        EXPECT_TRUE(EndsStrictly([&] { strict.ReadString(line); }));
+    }
+    char odd[] = "abcde";
+    ReverseBuffer(odd, 0);
+    ReverseBuffer(odd, 1);
+    EXPECT_STREQ(odd, "abcde");
+    ReverseBuffer(odd, 5);
+    EXPECT_STREQ(odd, "edcba");
+}
+
+// One random stream of reads and seeks, through the object and behind its back, against the text of the file.
+TEST_F(BinaryFile, MemoryModeKeepsOnePositionForEverybody)
+{
+    std::string content;
+    for (int i = 0; i < 300; ++i)
+        content += static_cast<char>(i * 7 + i / 256);
+    IoFile file(1, 2);
+    ASSERT_TRUE(file.OpenFile(folder.Write("m.bin", content), 1));
+    EXPECT_TRUE(file.GetCFile()->IsKindOf(RUNTIME_CLASS(CCustomMemFile)));
+    std::mt19937 random(7);
+    size_t position = 0;
+    for (int step = 0; step < 3000; ++step) {
+        const unsigned int size = random() % 12;
+        char buffer[16];
+        const size_t left = position < content.size() ? content.size() - position : 0;
+        const size_t given = std::min<size_t>(size, left);
+        if (random() % 8 == 0) {
+            position = random() % 320;
+            file.GetCFile()->Seek(static_cast<LONGLONG>(position), CFile::begin);
+            continue;
+        }
+        if (random() % 4 == 0)
+            ASSERT_EQ(file.GetCFile()->Read(buffer, size), given);
+        else
+            ASSERT_EQ(file.FileRead(buffer, size), given == size ? 1 : 0);
+        ASSERT_EQ(std::string(buffer, given), content.substr(std::min(position, content.size()), given));
+        position += given;
+        ASSERT_EQ(file.GetCFile()->GetPosition(), position);
+    }
+    EXPECT_EQ(file.FileGetLength(), 300u);
+}
+
+TEST_F(BinaryFile, MemoryModeEndsAtItsLimit)
+{
+    for (const unsigned int extra : {0u, 1u}) {
+        const CString path = folder.Write("big.bin", "");
+        std::filesystem::resize_file(folder.Host("big.bin"), 102400000 + extra);
+        OpenedUp file(1, 2);
+        ASSERT_TRUE(file.OpenFile(path, 1));
+        EXPECT_EQ(file.m_memFile == nullptr, extra == 1);
+        EXPECT_EQ(file.m_flags, extra == 1 ? 0x11u : 0x13u);
+        EXPECT_EQ(file.FileGetLength(), 102400000u + extra);
+        char last = 'x';
+        file.FileSeek(102399999, CFile::begin);
+        EXPECT_EQ(file.FileRead(&last, 1), 1);
+        EXPECT_EQ(last, 0);
+    }
+}
+
+TEST_F(BinaryFile, TextIsReadByLinesInEitherMode)
+{
+    const CString path = folder.Path("t.txt");
+    IoFile file(1, 0x8);
+    ASSERT_TRUE(file.OpenFile(path, 0));
+    file.WriteString(L"é\nb\n");
+    file.CloseFile();
+    EXPECT_EQ(folder.Read("t.txt"), "\xE9\r\nb\r\n");
+    for (const unsigned int mode : {0x0u, 0x2u, 0x8u, 0xAu}) {
+        SCOPED_TRACE(mode);
+        IoFile reader(1, mode);
+        CString line;
+        ASSERT_TRUE(reader.OpenFile(path, 1));
+        EXPECT_EQ(reader.FileGetLength(), mode == 0xA ? 4u : 6u);
+        EXPECT_EQ(reader.ReadString(line), 1);
+        EXPECT_EQ(line, L"é");
+        EXPECT_EQ(reader.ReadString(line), 1);
+        EXPECT_EQ(reader.ReadString(line), 0);
+        EXPECT_EQ(reader.CheckCarriageReturn(), 0);
+    }
+    // Translated text has fewer bytes than the file: none are made up.
+    IoFile memory(1, 0xA);
+    char bytes[5] = "????";
+    ASSERT_TRUE(memory.OpenFile(path, 1));
+    EXPECT_EQ(memory.FileRead(bytes, 4), 1);
+    EXPECT_STREQ(bytes, "\xE9\nb\n");
+    EXPECT_EQ(memory.FileRead(bytes, 1), 0);
+}
+
+TEST_F(BinaryFile, CopiesShareTheOpenFileUntilOneForgetsIt)
+{
+    IoFile first;
+    ASSERT_TRUE(first.OpenFile(folder.Write("a.bin", "abc"), 1));
+    ASSERT_TRUE(first.FindFileOpen(folder.Path(), L"*.bin"));
+    char byte = 0;
+    {
+        IoFile second(first);
+        EXPECT_EQ(second.GetCFile(), first.GetCFile());
+        EXPECT_EQ(second.GetFileFinder(), first.GetFileFinder());
+        EXPECT_EQ(second.FileRead(&byte, 1), 1);
+        second.Init(0x4);
+        EXPECT_EQ(second.GetCFile(), nullptr);
+        EXPECT_TRUE(second.IsWriting());
+    }
+    EXPECT_EQ(first.FileRead(&byte, 1), 1);
+    EXPECT_EQ(byte, 'b');
+}
+
+TEST_F(BinaryFile, OpenFilesShowTheWaitCursorUnlessSilent)
+{
+    MessageRecorder application;
+    const CString path = folder.Write("a.bin", "abc");
+    IoFile file(0u);
+    ASSERT_TRUE(file.OpenFile(path, 1));
+    EXPECT_EQ(application.WaitCursorsBegun(), 0) << "without a main window";
+    file.CloseFile();
+    int window = 0;
+    application.m_pMainWnd = reinterpret_cast<CWnd*>(&window);
+    ASSERT_TRUE(file.OpenFile(path, 1));
+    EXPECT_EQ(application.WaitCursorsOpen(), 1);
+    file.CloseFile();
+    file.CloseFile();
+    EXPECT_EQ(application.WaitCursorsOpen(), 0);
+    IoFile silent;
+    ASSERT_TRUE(silent.OpenFile(path, 1));
+    silent.CloseFile();
+    EXPECT_EQ(application.WaitCursorsBegun(), 1);
+    ASSERT_TRUE(file.OpenFile(path, 1));
+    file.DeleteFiles();
+    EXPECT_EQ(application.WaitCursorsOpen(), 1);
+    file.CloseFile();
+    EXPECT_EQ(application.WaitCursorsOpen(), 0);
+    application.m_pMainWnd = nullptr;
+}
+
+TEST_F(BinaryFile, ReportsNameTheFileInTheTextOfTheCause)
+{
+    using File = WithoutMessage<CFileException>;
+    using Archive = CArchiveException;
+    MessageRecorder application;
+    File notFound(File::fileNotFound), badPath(File::badPath), denied(File::accessDenied),
+        full(File::diskFull), other(File::hardIO), named(File::diskFull, -1, L"autre.bin");
+    Archive end(Archive::endOfFile), index(Archive::badIndex), type(Archive::badClass),
+        schema(Archive::badSchema), readOnly(Archive::readOnly);
+    CMemoryException memory;
+    const CString path = folder.Write("é.bin", "abc");
+    const struct
+    {
+        CException* exception;
+        int reading;
+        UINT prompt;
+        const wchar_t* text;
+    } rows[] = {
+        {&notFound, 1, 0xF121, L"Le chemin du fichier %1 n'est pas valide."},
+        {&badPath, 0, 0xF121, L"Le chemin du fichier %1 n'est pas valide."},
+        {&denied, 1, 0xF123, L"L'accès en lecture au fichier %1 est refusé."},
+        {&denied, 0, 0xF124, L"L'accès en écriture au fichier %1 est refusé."},
+        {&full, 0, 0xF122, L"Le disque est plein : le fichier %1 ne peut pas être enregistré."},
+        {&named, 1, 0xF122, L"Le disque est plein : le fichier %1 ne peut pas être enregistré."},
+        {&other, 1, 0xF101, L"Impossible d'ouvrir le fichier %1."},
+        {&other, 0, 0xF100, L"Impossible d'enregistrer le fichier %1."},
+        {&end, 1, 0xF120, L"Le format du fichier %1 n'est pas valide."},
+        {&index, 1, 0xF120, L"Le format du fichier %1 n'est pas valide."},
+        {&type, 0, 0xF120, L"Le format du fichier %1 n'est pas valide."},
+        {&schema, 1, 0xF120, L"Le format du fichier %1 n'est pas valide."},
+        {&readOnly, 1, 0xF101, L"Impossible d'ouvrir le fichier %1."},
+        {&memory, 0, 0xF100, L"Impossible d'enregistrer le fichier %1."},
+    };
+    IoFile file(0u);
+    size_t shown = 0;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(shown);
+        ASSERT_TRUE(file.OpenFile(path, row.reading));
+        file.ReportError(row.exception);
+        file.CloseFile();
+        ASSERT_EQ(application.Boxes().size(), ++shown);
+        CString text = row.text;
+        text.Replace(L"%1", path);
+        EXPECT_EQ(application.Boxes().back().text, text);
+        EXPECT_EQ(application.Boxes().back().type, UINT(MB_ICONEXCLAMATION));
+        EXPECT_EQ(application.Boxes().back().helpId, row.prompt);
+    }
+    EXPECT_EQ(notFound.m_strFileName, path);
+    EXPECT_EQ(named.m_strFileName, L"autre.bin");
+    CUserException user;
+    file.ReportError(&user);
+    IoFile().ReportError(&full);
+    EXPECT_EQ(application.Boxes().size(), shown);
+}
+
+TEST_F(BinaryFile, FilesThatCannotBeOpenedLeaveNothingOpenAndSayWhyInTheirOwnWords)
+{
+    MessageRecorder application;
+    IoFile file(0x2u);
+    EXPECT_EQ(file.OpenFile(folder.Path("missing.bin"), 1), 0);
+    EXPECT_EQ(file.GetCFile(), nullptr);
+    EXPECT_EQ(file.GetTextFile(), nullptr);
+    ASSERT_EQ(application.Boxes().size(), 1u);
+    EXPECT_GE(application.Boxes()[0].text.Find(L"missing.bin"), 0);
+    EXPECT_EQ(application.Boxes()[0].helpId, 0xF101u);
+    IoFile silent;
+    EXPECT_EQ(silent.OpenFile(folder.Path("missing.bin"), 1), 0);
+    EXPECT_EQ(application.Boxes().size(), 1u);
+    // Exclusive: while one writes, nobody else opens.
+    ASSERT_TRUE(silent.OpenFile(folder.Path("w.bin"), 0));
+    EXPECT_EQ(IoFile().OpenFile(folder.Path("w.bin"), 1), 0);
+    silent.CloseFile();
+    IoFile reader;
+    ASSERT_TRUE(reader.OpenFile(folder.Path("w.bin"), 1));
+    EXPECT_EQ(silent.OpenFile(folder.Path("w.bin"), 0), 0);
+    EXPECT_EQ(IoFile().OpenFile(folder.Path("w.bin"), 1), 1);
+}
+
+TEST_F(BinaryFile, SearchesGiveEveryEntryAndMarkTheWantedOnes)
+{
+    for (const char* name :
+         {"d/model.obj", "d/MODEL2.OBJ", "d/model3.mtl", "d/other.obj", "d/modelé", "d/model4.obj/in.obj"})
+        folder.Write(name, "x");
+    const auto search = [](const CString& pattern, const CString& extension, int namesOnly) {
+        OpenedUp file;
+        std::map<std::string, int> entries;
+        file.FindFileOpen(pattern, extension);
+        CString found;
+        int matched = -1;
+        while (file.FindFileNext(found, matched, namesOnly))
+            entries[CStringA(found).GetString()] = matched;
+        EXPECT_EQ(file.FindFileNext(found, matched, namesOnly), 0);
+        file.FindFileClose();
+        EXPECT_EQ(file.GetFileFinder(), nullptr);
+        return entries;
+    };
+    using Entries = std::map<std::string, int>;
+    const CString stem = folder.Path("d\\model");
+    EXPECT_EQ(search(stem, L"*.obj", 1), (Entries{{"model.obj", 1}, {"MODEL2.OBJ", 1}, {"model4.obj", 0}}));
+    EXPECT_EQ(
+        search(stem, L"", 1),
+        (Entries{
+            {"model.obj", 1}, {"MODEL2.OBJ", 1}, {"model3.mtl", 1}, {"model\xE9", 1}, {"model4.obj", 1}}));
+    EXPECT_EQ(search(folder.Path("d\\m*2.obj"), L"*.mtl", 1), (Entries{{"MODEL2.OBJ", 1}}));
+    const std::string path = CStringA(folder.Path("d\\")).GetString();
+    EXPECT_EQ(search(folder.Path("d\\*4"), L"", 0), (Entries{{path + "model4.obj\\", 1}}));
+    EXPECT_EQ(search(folder.Path("d\\mod*.MTL"), L"*.obj", 0), (Entries{{path + "model3.mtl", 1}}));
+    EXPECT_EQ(search(folder.Path("none\\x"), L"*.obj", 0), Entries{});
+    OpenedUp file;
+    file.FindFileOpen(stem, L"");
+    EXPECT_EQ(file.m_wantedExtension, L".*");
+    file.FindFileOpen(stem, L"*.obj");
+    EXPECT_EQ(file.m_wantedExtension, L".obj");
+    // A pattern with its own extension leaves the wanted one as it was.
+    EXPECT_TRUE(file.FindFileOpen(folder.Path("d\\model3.mtl"), L"*.zip"));
+    EXPECT_EQ(file.m_wantedExtension, L".obj");
+    CString found;
+    int matched = 1;
+    EXPECT_EQ(file.FindFileNext(found, matched, 1), 1);
+    EXPECT_EQ(found, L"model3.mtl");
+    EXPECT_EQ(matched, 0);
+}
+
+TEST(GrowingMemoryFile, AdoptsContentsAndGrowsByItsStepThroughItsHooks)
+{
+    struct Counting : CCustomMemFile
+    {
+        ~Counting() override
+        {
+            if (m_bAutoDelete && m_lpBuffer != nullptr)
+                Free(Detach());
+        }
+        BYTE* Alloc(size_t size) override
+        {
+            sizes.push_back(size);
+            return new BYTE[size];
+        }
+        void Free(BYTE* buffer) override
+        {
+            sizes.push_back(0);
+            delete[] buffer;
+        }
+        std::vector<size_t> sizes;
+    };
+    Counting file;
+    file.Write("abc", 3);
+    file.Seek(2000, CFile::begin);
+    file.Write("d", 1);
+    EXPECT_EQ(file.sizes, (std::vector<size_t>{1024, 2048, 0}));
+    EXPECT_EQ(file.GetLength(), 2001u);
+    BYTE* const own = file.Detach();
+    EXPECT_EQ(own[0], 'a');
+    EXPECT_EQ(own[1999], 0);
+    file.Adopt(own, 3);
+    EXPECT_EQ(file.GetLength(), 3u);
+    file.SeekToEnd();
+    file.Write("z", 1);
+    BYTE* const grown = file.Detach();
+    EXPECT_EQ(std::string(grown, grown + 4), "abcz");
+    file.Free(grown);
+    EXPECT_EQ(file.sizes, (std::vector<size_t>{1024, 2048, 0, 1024, 0, 0}));
+    EXPECT_EQ(file.Take(1), nullptr);
+}
