@@ -12,6 +12,7 @@ class VAK_API CStringArray : public CArray<CString>
 public:
     CStringArray() = default;
 
-    /// The archive holds the count and the strings; reading replaces what the array holds.
+    /// The archive holds the count and the strings; reading replaces what the array holds. After an
+    /// exception it holds the strings read before.
     void Serialize(CArchive& archive) override;
 };

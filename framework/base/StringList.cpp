@@ -1,8 +1,11 @@
 #include "framework/base/StringList.h"
 
+#include "framework/base/Archive.h"
 #include "framework/base/detail/Allocator.h"
 
 #include <new>
+
+IMPLEMENT_SERIAL(CStringList, CObject, 0)
 
 CStringList::~CStringList()
 {
@@ -158,4 +161,19 @@ void CStringList::RemoveAll()
 {
     while (m_head != nullptr)
         RemoveAt(m_head);
+}
+
+void CStringList::Serialize(CArchive& archive)
+{
+    if (archive.IsStoring()) {
+        archive.WriteCount(static_cast<DWORD_PTR>(m_count));
+        for (const Node* node = m_head; node != nullptr; node = node->next)
+            archive << node->text;
+        return;
+    }
+    for (DWORD_PTR left = archive.ReadCount(); left != 0; --left) {
+        CString text;
+        archive >> text;
+        AddTail(text);
+    }
 }

@@ -55,7 +55,8 @@ public:
     void RemoveAt(POSITION position);
     void RemoveAll();
 
-    /// The archive holds the count and the strings; reading appends to what the list holds.
+    /// The archive holds the count and the strings; reading appends to what the list holds, after an
+    /// exception the strings read before.
     void Serialize(CArchive& archive) override;
 
 private:

