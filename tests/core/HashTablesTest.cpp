@@ -1,0 +1,265 @@
+#include "core/HashTable.h"
+#include "core/IntMap.h"
+#include "core/NextPrime.h"
+#include "core/UniqueName.h"
+#include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <random>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Entries = std::vector<std::pair<int, int>>;
+
+Entries Walk(const CHashMap<int, int, int>& map)
+{
+    Entries entries;
+    for (unsigned int pos = map.GetFirst(); pos != 0xFFFFFFFF;) {
+        int key = 0;
+        int value = 0;
+        map.GetNext(pos, key, value);
+        entries.emplace_back(key, value);
+    }
+    return entries;
+}
+
+std::uint32_t Digest(const std::string& bytes)
+{
+    std::uint32_t hash = 0x811C9DC5;
+    for (const char byte : bytes)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x01000193;
+    return hash;
+}
+
+std::string DigestOf(const CIntMap& map)
+{
+    std::string bytes;
+    for (const auto& entry : Walk(map))
+        bytes.append(reinterpret_cast<const char*>(&entry), sizeof entry);
+    return std::to_string(Digest(bytes));
+}
+
+std::string DigestOf(const CHashTable<CString>& names)
+{
+    std::string bytes;
+    for (unsigned int pos = names.GetFirst(); pos != 0xFFFFFFFF;) {
+        const CString& name = names.GetNext(pos);
+        bytes.append(reinterpret_cast<const char*>(name.GetString()),
+                     static_cast<std::size_t>(name.GetLength() + 1) * 2);
+    }
+    return std::to_string(Digest(bytes));
+}
+
+CString NameOf(unsigned int number)
+{
+    CString name;
+    for (unsigned int i = 0; i < number % 4; ++i)
+        name += L"Élément ";
+    name.AppendFormat(L"%u", number);
+    return name;
+}
+
+} // namespace
+
+TEST(NextPrimeTest, KeepsItsOddSmallValuesAndReachesTheTopOfTheRange)
+{
+    const std::pair<unsigned int, unsigned int> cases[] = {{0, 1},
+                                                           {1, 2},
+                                                           {2, 2},
+                                                           {3, 3},
+                                                           {4, 5},
+                                                           {7, 7},
+                                                           {8, 9},
+                                                           {9, 11},
+                                                           {24, 29},
+                                                           {101, 101},
+                                                           {202, 211},
+                                                           {4293001441, 4293001469}, // 65521 squared
+                                                           {4294836225, 4294836241},
+                                                           {4294967280, 4294967291},
+                                                           {4294967291, 4294967291},
+                                                           {4294967292, 0},
+                                                           {4294967295, 0}};
+    for (const auto& [n, prime] : cases)
+        EXPECT_EQ(NextPrime(n), prime) << n;
+}
+
+// The walks were computed by tests/data/core/make_goldens.py, which plays every slot.
+TEST(HashTablesTest, WalkTheirSlotsInTheOrderThatHashProbingAndGrowthGive)
+{
+    std::ifstream golden(VAK_SOURCE_DIR "/tests/data/core/table_walks.txt");
+    CIntMap numbers;
+    CHashTable<CString> names;
+    std::uint32_t x = 1;
+    std::string line;
+    for (unsigned int step = 1; step <= 60000; ++step) {
+        x = x * 1103515245 + 12345;
+        const unsigned int key = (x >> 8) % (step <= 40000 ? 6000 : 60);
+        const auto number = static_cast<int>(key * 2654435761);
+        if ((x >> 28) < (step <= 20000 ? 11u : step <= 40000 ? 5u : 8u)) {
+            numbers.Insert2(number, static_cast<int>(step));
+            names.Insert(NameOf(key));
+        } else {
+            numbers.Remove(number);
+            names.Remove(NameOf(key));
+        }
+        if (step % 5000 != 0)
+            continue;
+        if (step % 10000 == 0) {
+            numbers.Minimize();
+            names.Minimize();
+        }
+        std::ostringstream state;
+        state << step << ' ' << numbers.GetHashTableSize() << ' ' << numbers.GetCount() << ' '
+              << DigestOf(numbers) << ' ' << names.GetHashTableSize() << ' ' << names.GetCount() << ' '
+              << DigestOf(names);
+        ASSERT_TRUE(std::getline(golden, line));
+        ASSERT_EQ(state.str(), line);
+    }
+}
+
+TEST(HashTablesTest, MapAnswersAsAStandardMapUnderARandomStream)
+{
+    std::mt19937 random(7);
+    CIntMap map(3);
+    std::map<int, int> model;
+    for (int step = 0; step < 200000; ++step) {
+        const int key = static_cast<int>(random() % 800) * 0x08000001; // the top bits do not spread keys
+        int value = -1;
+        switch (random() % 16) {
+        case 0:
+        case 1:
+        case 2:
+        case 3:
+        case 4:
+            ASSERT_EQ(map.Insert(key, step), model.count(key) == 0);
+            model[key] = step;
+            break;
+        case 5:
+        case 6:
+        case 7:
+        case 8:
+            ASSERT_EQ(map.Remove(key), static_cast<int>(model.erase(key)));
+            break;
+        case 9:
+            if (random() % 64 == 0) {
+                const unsigned int before = map.GetHashTableSize();
+                map.InitHashTable(random() % 100);
+                if (map.GetHashTableSize() != before || map.IsEmpty())
+                    model.clear();
+            }
+            if (random() % 512 == 0) {
+                map.Clear();
+                model.clear();
+            }
+            break;
+        case 10:
+            if (random() % 64 == 0)
+                map.Minimize();
+            break;
+        default:
+            ASSERT_EQ(map.Find(key, value), model.count(key) != 0);
+            ASSERT_EQ(value, model.count(key) != 0 ? model[key] : -1);
+        }
+        ASSERT_EQ(map.GetCount(), model.size());
+        if (step % 1000 != 0)
+            continue;
+        auto walked = Walk(map);
+        std::sort(walked.begin(), walked.end());
+        ASSERT_EQ(walked, Entries(model.begin(), model.end()));
+    }
+}
+
+TEST(HashTablesTest, GrowAtHalfOfTheirSizeCountingTombstones)
+{
+    CIntMap map;
+    for (int key = 0; key < 49; ++key)
+        map.Insert(key, key);
+    EXPECT_EQ(map.GetHashTableSize(), 101u);
+    map.Remove(7);
+    map.Insert(7, 0); // its own tombstone, and counted again
+    EXPECT_EQ(map.GetHashTableSize(), 211u);
+    EXPECT_EQ(map.GetCount(), 49u);
+
+    for (const unsigned int n : {0u, 1u, 2u, 3u, 8u, 10u}) {
+        CIntMap small(n);
+        EXPECT_EQ(small.GetHashTableSize(), NextPrime(n));
+        for (int key = 0; key < 200; ++key)
+            EXPECT_EQ(small.Insert(key * 3, key), 1);
+        EXPECT_EQ(small.GetCount(), 200u) << n;
+    }
+}
+
+TEST(HashTablesTest, InitDiscardsOnlyForAnotherInitialSizeAndFreeGoesBackTo101)
+{
+    CHashTable<unsigned int> set;
+    set.Insert(5);
+    set.InitHashTable(10);
+    EXPECT_TRUE(set.IsFound(5));
+    set.InitHashTable(100);
+    EXPECT_EQ(set.GetHashTableSize(), 211u);
+    EXPECT_TRUE(set.IsEmpty());
+    EXPECT_EQ(set.GetFirst(), 0xFFFFFFFF);
+    set.Insert(5);
+    set.Free();
+    EXPECT_EQ(set.GetHashTableSize(), 101u);
+    EXPECT_FALSE(set.IsFound(5));
+}
+
+TEST(HashTablesTest, CopiesCarryEveryFieldAndAreIndependent)
+{
+    CHashTable<CString> names(200); // initial size 211
+    for (unsigned int i = 0; i < 300; ++i)
+        names.Insert(NameOf(i));
+    names.Remove(NameOf(3));
+    CHashTable<CString> copy(names);
+    names = *&names;
+    EXPECT_EQ(copy.GetHashTableSize(), names.GetHashTableSize());
+    EXPECT_EQ(DigestOf(copy), DigestOf(names));
+    copy.InitHashTable(100); // the copied initial size
+    EXPECT_EQ(copy.GetCount(), 299u);
+    copy = CHashTable<CString>();
+    EXPECT_TRUE(copy.IsEmpty());
+    EXPECT_TRUE(names.IsFound(NameOf(299)));
+    EXPECT_FALSE(names.IsFound(L"élément 1")) << "keys are case-sensitive";
+}
+
+TEST(HashTablesTest, LastEntryIsReturnedWhenThePositionLeaves)
+{
+    CIntMap map;
+    map.Insert(1, 10);
+    map.Insert(0x10000001, 20); // the same start slot: the shift drops the top bits
+    EXPECT_EQ(Walk(map), (Entries{{1, 10}, {0x10000001, 20}}));
+    unsigned int pos = map.GetFirst();
+    EXPECT_EQ(pos, 16u);
+    int value = 0;
+    EXPECT_EQ(map.GetNext(pos, value), 1);
+    EXPECT_EQ(pos, 17u);
+    EXPECT_EQ(map.GetNext(pos, value), 0x10000001);
+    EXPECT_EQ(value, 20);
+    EXPECT_EQ(pos, 0xFFFFFFFF);
+}
+
+TEST(UniqueNameTest, NumbersNamesAndCutsTheStemToTheLimit)
+{
+    CHashTable<CString> taken;
+    const auto next = [&taken](LPCWSTR base, int limit) { return GetUniqueName(taken, base, limit); };
+    EXPECT_EQ(next(L"Part", 0), L"Part");
+    EXPECT_EQ(next(L"Part", 0), L"Part#0");
+    EXPECT_EQ(next(L"Part", -1), L"Part#1");
+    EXPECT_EQ(next(L"Object", 6), L"Object");
+    EXPECT_EQ(next(L"Object", 6), L"Obje#0");
+    EXPECT_EQ(next(L"Object", 3), L"Obj");
+    EXPECT_EQ(next(L"Object", 3), L"O#0");
+    EXPECT_EQ(next(L"Object", 1), L"O");
+    EXPECT_EQ(next(L"Object", 1), L"#0") << "a suffix longer than the limit stands alone";
+    EXPECT_EQ(next(L"", 0), L"#1");
+    EXPECT_EQ(taken.GetCount(), 10u);
+}
