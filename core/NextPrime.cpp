@@ -20,7 +20,7 @@ unsigned int NextPrime(unsigned int n)
     if (n == 1 || n == 2)
         return 2;
     std::uint64_t candidate = n | 1u;
-    if (candidate < 9)
+    if (n < 9)
         return static_cast<unsigned int>(candidate);
     while (HasOddDivisor(candidate))
         candidate += 2;

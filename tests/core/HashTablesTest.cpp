@@ -131,7 +131,7 @@ TEST(HashTablesTest, MapAnswersAsAStandardMapUnderARandomStream)
     CIntMap map(3);
     std::map<int, int> model;
     for (int step = 0; step < 200000; ++step) {
-        const int key = static_cast<int>(random() % 800) * 0x08000001; // the top bits do not spread keys
+        const int key = static_cast<int>(random() % 800 * 0x08000001u); // the top bits do not spread keys
         int value = -1;
         switch (random() % 16) {
         case 0:
@@ -195,6 +195,32 @@ TEST(HashTablesTest, GrowAtHalfOfTheirSizeCountingTombstones)
             EXPECT_EQ(small.Insert(key * 3, key), 1);
         EXPECT_EQ(small.GetCount(), 200u) << n;
     }
+}
+
+// Users look at the members: after the virtual table initial size, size, used, count, slots; slots { key,
+// value, state }, the state 0 for active, 1 for empty, 2 for deleted.
+TEST(HashTablesTest, MembersAndSlotsLieWhereUsersExpectThem)
+{
+    struct Layout
+    {
+        void* virtualTable;
+        unsigned int initialSize, size, used, count;
+        const int (*slots)[3];
+    } seen;
+    static_assert(sizeof(CIntMap) >= sizeof seen);
+    CIntMap map;
+    map.Insert(1, 10);
+    map.Insert(2, 20);
+    map.Remove(1);
+    map.Remove(2);
+    map.Insert(1, 30); // reuses its own tombstone, which counts again
+    std::memcpy(&seen, static_cast<const void*>(&map), sizeof seen);
+    const std::vector<unsigned int> members{seen.initialSize, seen.size, seen.used, seen.count};
+    EXPECT_EQ(members, (std::vector<unsigned int>{101, 101, 3, 1}));
+    EXPECT_EQ(std::vector(seen.slots[16], seen.slots[16] + 3), (std::vector{1, 30, 0}));
+    EXPECT_EQ(std::vector(seen.slots[32], seen.slots[32] + 3), (std::vector{2, 20, 2}));
+    EXPECT_EQ(seen.slots[0][2], 1);
+    EXPECT_EQ(seen.slots[100][2], 1);
 }
 
 TEST(HashTablesTest, InitDiscardsOnlyForAnotherInitialSizeAndFreeGoesBackTo101)
