@@ -32,6 +32,11 @@ TempFolder::TempFolder()
     fs::create_directories(m_host);
 }
 
+TempFolder::TempFolder(const std::string& name) : m_host(fs::current_path() / name)
+{
+    fs::create_directories(m_host);
+}
+
 TempFolder::~TempFolder()
 {
     std::error_code ignored;

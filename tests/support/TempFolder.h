@@ -14,6 +14,8 @@ class TempFolder
 {
 public:
     TempFolder();
+    /// A folder of that name in the current one, for a test that starts itself anew and must find it again.
+    explicit TempFolder(const std::string& name);
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;

@@ -1,0 +1,303 @@
+#include "core/CustomData.h"
+#include "framework/base/Archive.h"
+#include "framework/base/FileException.h"
+#include "framework/base/MemFile.h"
+#include "framework/base/StringList.h"
+#include "framework/base/SystemFileFault.h"
+#include "tests/support/Print.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+using vak::test::TempFolder;
+
+namespace {
+
+// Written by tests/data/core/make_goldens.py.
+std::string Golden(const std::string& name)
+{
+    std::ifstream file(VAK_SOURCE_DIR "/tests/data/core/" + name, std::ios::binary);
+    EXPECT_TRUE(file.good()) << name;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string Stored(CCustomData store)
+{
+    CMemFile file;
+    CArchive archive(&file, CArchive::store);
+    store.Serialize(archive);
+    archive.Close();
+    std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+    file.SeekToBegin();
+    file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+    return bytes;
+}
+
+/// How reading ends: "" when it does, else what was thrown.
+std::string Load(CCustomData& store, std::string bytes)
+{
+    CMemFile file(reinterpret_cast<BYTE*>(bytes.data()), static_cast<UINT>(bytes.size()));
+    CArchive archive(&file, CArchive::load | CArchive::bNoFlushOnDelete);
+    std::string end;
+    try {
+        store.Serialize(archive);
+    } catch (CFileException* e) {
+        end = e->m_cause == CFileException::genericException && e->m_lOsError == -1 ? "damaged" : "file";
+        e->Delete();
+    } catch (CArchiveException* e) {
+        end = e->m_cause == CArchiveException::endOfFile ? "end" : "archive";
+        e->Delete();
+    }
+    return end;
+}
+
+CCustomData Loaded(const std::string& name)
+{
+    CCustomData store;
+    EXPECT_EQ(Load(store, Golden(name)), "") << name;
+    return store;
+}
+
+CCustomData AllKinds()
+{
+    CCustomData store, nested;
+    CStringList list;
+    for (const wchar_t* const text : {L"a", L"", L"bc"})
+        list.AddTail(text);
+    nested.SetInt(21, 7);
+    store.SetInt(1, -2);
+    store.SetUInt(2, 0xFFFFFFFE);
+    store.SetLong(3, -3);
+    store.SetULong(4, 4000000000);
+    store.SetLongLong(5, -(LONGLONG{1} << 40));
+    store.SetULongLong(6, (ULONGLONG{1} << 63) + 1);
+    store.SetBool(7, 2);
+    store.SetFloat(8, 1.5f);
+    store.SetDouble(9, -0.1);
+    store.SetPtr(10, reinterpret_cast<void*>(std::uintptr_t{0x1122334455667788}));
+    store.SetBinary(11, "\0\1\2", 3);
+    store.SetString(12, L"é€");
+    store.SetStringA(13, "caf\xe9");
+    store.SetStringList(14, list);
+    store.SetCustomData(15, nested);
+    return store;
+}
+
+CCustomData New()
+{
+    CCustomData store;
+    store.SetInt(1, 42);
+    return store;
+}
+
+std::string Changed(std::string bytes, std::size_t at, char value)
+{
+    bytes.at(at) = value;
+    return bytes;
+}
+
+int faultAt = 0;
+int operations = 0;
+
+DWORD FailOnce(vak::system::FileOperation)
+{
+    constexpr DWORD kDiskFull = 112;
+    return ++operations == faultAt ? kDiskFull : 0;
+}
+
+DWORD DieOnce(vak::system::FileOperation)
+{
+    if (++operations == faultAt)
+        std::_Exit(3);
+    return 0;
+}
+
+/// Arms a hook for the operation `number` and takes it away again.
+struct Fault
+{
+    Fault(vak::system::FileFaultHook hook, int number)
+    {
+        operations = 0;
+        faultAt = number;
+        vak::system::SetFileFaultHook(hook);
+    }
+    ~Fault() { vak::system::SetFileFaultHook(nullptr); }
+};
+
+} // namespace
+
+TEST(CustomDataStorageTest, WritesAndReadsTheDocumentedBytes)
+{
+    EXPECT_EQ(Stored(AllKinds()), Golden("all_kinds.cus4"));
+    EXPECT_EQ(Stored(Loaded("all_kinds.cus4")), Golden("all_kinds.cus4"));
+    EXPECT_EQ(Stored(CCustomData()), std::string("4SUC\0\0\0\0", 8));
+
+    const CCustomData store = Loaded("all_kinds.cus4");
+    LONGLONG wide = 0;
+    void* pointer = nullptr;
+    double number = 0;
+    CString text;
+    EXPECT_EQ(store.GetLongLong(5, wide, 0) + store.GetPtr(10, pointer) + store.GetDouble(9, number, 0), 3);
+    EXPECT_EQ(wide, -1099511627776);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pointer), 0x1122334455667788u);
+    EXPECT_EQ(number, -0.1);
+    EXPECT_EQ(store.GetString(12, text, L""), 1);
+    EXPECT_EQ(text, L"é€");
+}
+
+TEST(CustomDataStorageTest, ReadsOlderFormsByTheirStringMode)
+{
+    const CCustomData wide = Loaded("wide_old.cusu");
+    EXPECT_EQ(Stored(wide), Golden("wide_old.cus4"));
+    const CCustomData narrow = Loaded("narrow_old.cust");
+    EXPECT_EQ(Stored(narrow), Golden("narrow_old.cus4"));
+    CString text;
+    EXPECT_EQ(wide.GetString(1, text, L""), 1);
+    EXPECT_EQ(text, L"abc");
+    EXPECT_EQ(narrow.GetString(1, text, L""), 1);
+    EXPECT_EQ(text, L"café");
+    CStringList list;
+    EXPECT_EQ(narrow.GetStringList(2, list), 2);
+    CCustomData nested;
+    EXPECT_EQ(wide.GetCustomData(3, nested), 1);
+    EXPECT_EQ(nested.GetString(7, text, L""), 1);
+    EXPECT_EQ(text, L"nid") << "a nested chain takes the mode of the store around it";
+    EXPECT_EQ(narrow.GetCustomData(1, nested), 0) << "five bytes are no chain";
+}
+
+TEST(CustomDataStorageTest, RefusesDamagedBytesAndIsEmptyThen)
+{
+    const std::string good = Golden("all_kinds.cus4");
+    const std::string chain = Golden("wide_old.cusu");
+    const std::string header("4SUC\x14\0\0\0\1\0\0\0", 12);
+    const struct
+    {
+        const char* what;
+        std::string bytes;
+        const char* end;
+    } cases[] = {
+        {"no magic", "4SU", "end"},
+        {"another magic", Changed(good, 0, '5'), "damaged"},
+        {"no length", "4SUC\1", "end"},
+        {"a length beyond the file", good.substr(0, good.size() - 1), "damaged"},
+        {"a huge length", std::string("4SUC\xFF\xFF\xFF\xFF", 8) + good.substr(8), "damaged"},
+        {"a length too small for the header", std::string("4SUC\1\0\0\0\1", 9), "damaged"},
+        {"one entry too few", Changed(good, 12, 14), "damaged"},
+        {"a billion entries", Changed(good, 15, 0x40), "damaged"},
+        {"a total that is not the sum", Changed(good, 16, good[16] + 1), "damaged"},
+        {"a value that takes from the next", Changed(good, 32, 5), "damaged"},
+        {"a value beyond the block", Changed(good, 35, 0x7F), "damaged"},
+        {"no values and entries all the same", header + std::string("\7\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16),
+         ""},
+        {"a record beyond its block", Changed(chain, 12, 100), "damaged"},
+        {"a chain without its last record", Changed(chain, 4, 50), "damaged"},
+        {"a chain shorter than a record", std::string("TSUC\1\0\0\0\1", 9), "damaged"},
+        {"an empty chain", std::string("TSUC\0\0\0\0", 8), ""},
+    };
+    for (const auto& test : cases) {
+        CCustomData store = New();
+        EXPECT_EQ(Load(store, test.bytes), test.end) << test.what;
+        EXPECT_FALSE(store.HasData()) << test.what;
+    }
+
+    CCustomData store = New();
+    store.SetBinary(2, good.data() + 8, static_cast<unsigned int>(good.size()) - 9);
+    CCustomData out = New();
+    EXPECT_EQ(store.GetCustomData(2, out), 0) << "a nested store without its last byte";
+    EXPECT_FALSE(out.HasData());
+}
+
+TEST(CustomDataPrefsTest, KeepsTheOtherStoresInOrderAndPutsTheNewestLast)
+{
+    const TempFolder folder;
+    const CString path = folder.Write("app.prefs", Golden("before.prefs"));
+    EXPECT_EQ(New().SaveToPrefs(path, 1, 2), 4);
+    EXPECT_EQ(folder.Read("app.prefs"), Golden("after.prefs"));
+    EXPECT_EQ(New().SaveToPrefs(path, 1, 2), 4);
+    EXPECT_EQ(folder.Read("app.prefs"), Golden("after.prefs"));
+
+    CCustomData store;
+    EXPECT_EQ(store.LoadFromPrefs(path, 2, 2), 1);
+    EXPECT_EQ(Stored(store), Golden("narrow_old.cus4")) << "with its string mode";
+    EXPECT_EQ(store.LoadFromPrefs(path, 2, 3), 0);
+    EXPECT_FALSE(store.HasData());
+
+    EXPECT_EQ(New().SaveToPrefs(folder.Path("fresh.prefs"), 8, 9), 1);
+    EXPECT_EQ(store.LoadFromPrefs(folder.Path("fresh.prefs"), 8, 9), 1);
+    EXPECT_TRUE(store.IsEqual(New()));
+    EXPECT_EQ(New().SaveToPrefs(folder.Path("none\\fresh.prefs"), 8, 9), 0);
+    EXPECT_EQ(folder.Names(), (std::vector<std::string>{"app.prefs", "fresh.prefs"}));
+}
+
+TEST(CustomDataPrefsTest, LoadsWhatStandsBeforeTheDamageAndMovesADamagedFileAside)
+{
+    const TempFolder folder;
+    const std::string good = Golden("before.prefs");
+    const std::string damaged = good.substr(0, good.size() - 1);
+    const CString path = folder.Write("app.prefs", damaged);
+    CCustomData store;
+    EXPECT_EQ(store.LoadFromPrefs(path, 1, 2), 1);
+    EXPECT_EQ(Stored(store), Golden("all_kinds.cus4"));
+    EXPECT_EQ(store.LoadFromPrefs(path, 2, 2), 0);
+    EXPECT_FALSE(store.HasData());
+
+    folder.Write("app.prefs.bad", "older");
+    EXPECT_EQ(New().SaveToPrefs(path, 1, 2), 0);
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{"app.prefs.bad"});
+    EXPECT_EQ(folder.Read("app.prefs.bad"), damaged);
+    EXPECT_EQ(New().SaveToPrefs(path, 1, 2), 1) << "the next one begins anew";
+}
+
+TEST(CustomDataPrefsTest, FailureOfAnyOperationKeepsWhatTheUserHad)
+{
+    const TempFolder folder;
+    const CString path = folder.Path("app.prefs");
+    int failures = 0;
+    for (int number = 1;; ++number) {
+        folder.Write("app.prefs", Golden("before.prefs"));
+        int saved = 0;
+        {
+            const Fault fault(FailOnce, number);
+            saved = New().SaveToPrefs(path, 1, 2);
+        }
+        EXPECT_FALSE(folder.Has("app.prefs.tmp")) << number;
+        const char* const found = saved != 0 || folder.Has("app.prefs") ? "app.prefs" : "app.prefs.bad";
+        EXPECT_EQ(folder.Read(found), Golden(saved != 0 ? "after.prefs" : "before.prefs")) << number;
+        failures += saved == 0;
+        if (operations < number)
+            break;
+    }
+    EXPECT_GT(failures, 6) << "opening twice, reading, writing twice, flushing, replacing";
+}
+
+// The process ends in front of every operation in turn. On some systems the child starts this test anew, so
+// the folder has a fixed name.
+TEST(CustomDataPrefsDeathTest, DeathAtAnyMomentLeavesTheOldOrTheNewFile)
+{
+    const TempFolder folder("vaktest-killed-save");
+    const CString path = folder.Path("app.prefs");
+    bool survived = false;
+    int replaced = 0;
+    for (int number = 1; !survived; ++number) {
+        folder.Write("app.prefs", Golden("before.prefs"));
+        const auto save = [&] {
+            const Fault fault(DieOnce, number);
+            std::_Exit(New().SaveToPrefs(path, 1, 2) == 4 ? 4 : 5);
+        };
+        const auto isOldOrDone = [&survived](int status) {
+            survived = testing::ExitedWithCode(4)(status);
+            return survived || testing::ExitedWithCode(3)(status);
+        };
+        EXPECT_EXIT(save(), isOldOrDone, "");
+        const std::string found = folder.Read("app.prefs");
+        replaced += found == Golden("after.prefs");
+        EXPECT_TRUE(found == Golden(replaced != 0 ? "after.prefs" : "before.prefs")) << number;
+        ASSERT_LT(number, 100);
+    }
+    EXPECT_GT(replaced, 0);
+}
