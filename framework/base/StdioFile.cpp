@@ -29,7 +29,7 @@ constexpr char kEndOfText = 0x1A;
 
 const char* FindByte(const char* bytes, char wanted, size_t count)
 {
-    return static_cast<const char*>(std::memchr(bytes, wanted, count));
+    return count == 0 ? nullptr : static_cast<const char*>(std::memchr(bytes, wanted, count));
 }
 
 wchar_t UnitAt(const char* bytes)
@@ -180,9 +180,11 @@ ULONGLONG CStdioFile::Seek(LONGLONG lOff, UINT nFrom)
 void CStdioFile::SetLength(ULONGLONG dwNewLen)
 {
     CStdioFile::Flush();
+    // The stream forgets what it has read beyond the new end: it would go on giving it.
+    CStdioFile::Seek(static_cast<LONGLONG>(dwNewLen), begin);
+    vak::system::FlushStream(m_pStream);
     if (!vak::system::SetFileLength(m_hFile, dwNewLen))
         CFileException::ThrowOsError(static_cast<LONG>(vak::system::LastFileError()), m_strFileName);
-    CStdioFile::Seek(static_cast<LONGLONG>(dwNewLen), begin);
 }
 
 UINT CStdioFile::Read(void* lpBuf, UINT nCount)

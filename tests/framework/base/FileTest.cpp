@@ -1,0 +1,271 @@
+#include "framework/base/File.h"
+#include "framework/base/Exception.h"
+#include "framework/base/FileException.h"
+#include "framework/base/MemFile.h"
+#include "framework/base/StdioFile.h"
+#include "tests/support/FaultyFile.h"
+#include "tests/support/Print.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <string>
+
+using vak::test::TempFolder;
+
+namespace {
+
+/// The cause of the file exception that `action` throws; none when it throws none.
+template <class Action>
+int CauseOf(Action action)
+{
+    try {
+        action();
+    } catch (CFileException* e) {
+        const int cause = e->m_cause;
+        e->Delete();
+        return cause;
+    }
+    return CFileException::none;
+}
+
+template <class Action>
+bool RunsOutOfMemory(Action action)
+{
+    try {
+        action();
+    } catch (CMemoryException* e) {
+        e->Delete();
+        return true;
+    }
+    return false;
+}
+
+TEST(File, OpenFlagsHaveThePublishedValues)
+{
+    EXPECT_EQ(CFile::modeRead | CFile::modeWrite | CFile::modeReadWrite, 3);
+    EXPECT_EQ(CFile::shareExclusive | CFile::shareDenyNone | CFile::modeNoInherit, 0xD0);
+    EXPECT_EQ(CFile::shareDenyRead - CFile::shareDenyWrite, 0x10);
+    EXPECT_EQ(CFile::modeCreate | CFile::modeNoTruncate | CFile::typeText | CFile::typeBinary, 0xF000);
+    EXPECT_EQ(CFile::osNoBuffer | CFile::osWriteThrough | CFile::osRandomAccess | CFile::osSequentialScan,
+              0xF0000);
+}
+
+TEST(File, CreatingEmptiesUnlessToldNotTo)
+{
+    TempFolder folder;
+    const CString path = folder.Write("déjà vu.bin", "old contents");
+    CFile(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite).Write("NEW", 3);
+    EXPECT_EQ(folder.Read("déjà vu.bin"), "NEW contents");
+    CFile(path, CFile::modeCreate | CFile::modeWrite).Write("x", 1);
+    EXPECT_EQ(folder.Read("déjà vu.bin"), "x");
+}
+
+TEST(File, FailedOpenSaysWhyAndOpensNothing)
+{
+    TempFolder folder;
+    folder.Write("sub\\file", "");
+    const struct
+    {
+        const char* name;
+        int cause;
+        LONG code;
+    } rows[] = {
+        {"missing", CFileException::fileNotFound, 2},
+        {"no folder\\missing", CFileException::badPath, 3},
+        {"sub", CFileException::accessDenied, 5},
+    };
+    for (const auto& row : rows) {
+        CFileException error;
+        CFile file;
+        EXPECT_FALSE(file.Open(folder.Path(row.name), CFile::modeRead, &error)) << row.name;
+        EXPECT_EQ(error.m_cause, row.cause) << row.name;
+        EXPECT_EQ(error.m_lOsError, row.code) << row.name;
+        EXPECT_EQ(error.m_strFileName, folder.Path(row.name));
+        EXPECT_EQ(file.m_hFile, CFile::hFileNull);
+        EXPECT_EQ(CauseOf([&] { CFile thrown(folder.Path(row.name), CFile::modeRead); }), row.cause);
+    }
+}
+
+TEST(File, SharingIsRefusedByWhoeverCameFirst)
+{
+    const UINT read = CFile::modeRead;
+    const UINT both = CFile::modeReadWrite;
+    const struct
+    {
+        UINT first;
+        UINT second;
+        bool opens;
+    } rows[] = {
+        {read | CFile::shareExclusive, read | CFile::shareDenyNone, false},
+        {read, read | CFile::shareDenyNone, false}, // compatibility is exclusive
+        {read | CFile::shareDenyWrite, read | CFile::shareDenyWrite, true},
+        {read | CFile::shareDenyWrite, both | CFile::shareDenyNone, false},
+        {both | CFile::shareDenyNone, read | CFile::shareDenyWrite, false}, // the second may deny as well
+        {both | CFile::shareDenyNone, both | CFile::shareDenyNone, true},
+        {both | CFile::shareDenyRead, read | CFile::shareDenyNone, false},
+        {CFile::modeWrite | CFile::shareDenyRead, CFile::modeWrite | CFile::shareDenyNone, true},
+    };
+    TempFolder folder;
+    const CString path = folder.Write("shared", "text");
+    for (const auto& row : rows) {
+        CFile first(path, row.first);
+        CFile second;
+        CFileException error;
+        EXPECT_EQ(second.Open(path, row.second, &error) != 0, row.opens) << &row - rows;
+        EXPECT_EQ(error.m_cause, row.opens ? CFileException::none : CFileException::sharingViolation);
+        EXPECT_EQ(CauseOf([&] { CFile::Remove(path); }), CFileException::sharingViolation);
+    }
+    CFile afterwards(path, both | CFile::shareExclusive);
+    EXPECT_EQ(afterwards.GetLength(), 4u) << "an open that is refused must not empty the file";
+}
+
+TEST(File, NamesPartsRenameRemoveAndStatus)
+{
+    TempFolder folder;
+    const CString path = folder.Write("a folder\\model.v2.obj", "12345");
+    CFile file(path, CFile::modeRead | CFile::shareDenyNone);
+    EXPECT_EQ(file.GetFilePath(), path);
+    EXPECT_EQ(file.GetFileName(), CString(L"model.v2.obj"));
+    EXPECT_EQ(file.GetFileTitle(), CString(L"model.v2"));
+    CFileStatus status;
+    ASSERT_TRUE(file.GetStatus(status));
+    EXPECT_EQ(status.m_size, 5u);
+    EXPECT_EQ(CString(status.m_szFullName), path);
+    file.Close();
+    file.Close();
+    EXPECT_EQ(file.GetFilePath(), CString(L""));
+
+    status.m_mtime = CTime(std::int64_t{1000000001});
+    status.m_attribute |= CFile::readOnly;
+    CFile::SetStatus(path, status);
+    ASSERT_TRUE(CFile::GetStatus(path, status));
+    EXPECT_EQ(status.m_mtime.GetTime(), 1000000001);
+    EXPECT_EQ(CauseOf([&] { CFile refused(path, CFile::modeWrite); }), CFileException::accessDenied);
+    EXPECT_EQ(CauseOf([&] { CFile::Remove(path); }), CFileException::accessDenied);
+    status.m_attribute = CFile::normal;
+    CFile::SetStatus(path, status);
+
+    const CString taken = folder.Write("taken", "");
+    EXPECT_EQ(CauseOf([&] { CFile::Rename(path, taken); }), CFileException::accessDenied);
+    CFile::Rename(path, folder.Path("renamed"));
+    EXPECT_EQ(folder.Read("renamed"), "12345");
+    CFile::Remove(taken);
+    EXPECT_FALSE(CFile::GetStatus(taken, status));
+    EXPECT_EQ(CauseOf([&] { CFile::Remove(taken); }), CFileException::fileNotFound);
+    ASSERT_TRUE(CFile::GetStatus(folder.Path("a folder"), status));
+    EXPECT_TRUE(status.m_attribute & CFile::directory);
+}
+
+/// One random operation stream over every class, beside a plain byte string.
+TEST(File, EveryClassAgreesWithAByteString)
+{
+    TempFolder folder;
+    const UINT flags = CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary;
+    const std::unique_ptr<CFile> files[] = {std::make_unique<CFile>(folder.Path("plain"), flags),
+                                            std::make_unique<CStdioFile>(folder.Path("stdio"), flags),
+                                            std::make_unique<CMemFile>(16)};
+    std::mt19937 random(7);
+    std::string model;
+    size_t at = 0;
+    for (int step = 0; step < 4000; ++step) {
+        const auto number = [&](size_t limit) { return static_cast<size_t>(random() % limit); };
+        const size_t operation = number(5);
+        const size_t amount = number(300);
+        const std::string bytes(amount, static_cast<char>('a' + number(26)));
+        std::string expected;
+        if (operation == 0) {
+            if (at > model.size() && amount != 0)
+                model.resize(at);
+            if (amount != 0)
+                model.replace(at, std::min(amount, model.size() - at), bytes);
+            at += amount;
+        } else if (operation == 1) {
+            expected = at < model.size() ? model.substr(at, amount) : "";
+            at += expected.size();
+        } else if (operation == 2) {
+            at = amount * 20;
+        } else if (operation == 3) {
+            at = model.size() - std::min(model.size(), amount);
+        } else if (number(20) == 0) {
+            model.resize(amount * 10);
+            at = model.size();
+        }
+        for (const auto& file : files) {
+            std::string got(amount, '\0');
+            if (operation == 0)
+                file->Write(bytes.data(), static_cast<UINT>(amount));
+            else if (operation == 1)
+                got.resize(file->Read(got.data(), static_cast<UINT>(amount)));
+            else if (operation == 2)
+                file->Seek(static_cast<LONGLONG>(at), CFile::begin);
+            else if (operation == 3)
+                file->Seek(static_cast<LONGLONG>(at) - static_cast<LONGLONG>(model.size()), CFile::end);
+            else if (file->GetLength() != model.size()) {
+                file->SetLength(model.size());
+                file->SeekToEnd();
+            }
+            if (operation == 4)
+                file->Seek(static_cast<LONGLONG>(at), CFile::begin);
+            ASSERT_EQ(operation == 1 ? got : expected, expected) << step;
+            ASSERT_EQ(file->GetPosition(), at) << step;
+            ASSERT_EQ(file->GetLength(), model.size()) << step;
+        }
+    }
+    for (const auto& file : files) {
+        EXPECT_EQ(CauseOf([&] { file->Seek(-1, CFile::begin); }), CFileException::badSeek);
+        EXPECT_EQ(file->GetPosition(), at) << "a refused seek moves nothing";
+    }
+    for (const auto& file : files)
+        file->Close();
+    EXPECT_EQ(folder.Read("plain"), model);
+    EXPECT_EQ(folder.Read("stdio"), model);
+}
+
+TEST(MemFile, AttachedBufferIsContentsOrSpaceByTheGrowStep)
+{
+    BYTE fixed[4] = {1, 2, 3, 4};
+    CMemFile contents(fixed, sizeof(fixed));
+    EXPECT_EQ(contents.GetLength(), 4u);
+    BYTE got[8];
+    EXPECT_EQ(contents.Read(got, 8), 4u);
+    EXPECT_TRUE(RunsOutOfMemory([&] { contents.Write("x", 1); })) << "step 0 cannot grow";
+    EXPECT_EQ(contents.GetLength(), 4u);
+
+    auto* const space = static_cast<BYTE*>(std::malloc(4));
+    CMemFile file;
+    file.Attach(space, 4, 8);
+    EXPECT_EQ(file.GetLength(), 0u);
+    file.Write("abcdef", 6);
+    BYTE* const grown = file.Detach();
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(grown), 6), "abcdef");
+    EXPECT_EQ(file.GetLength(), 0u);
+    std::free(grown);
+}
+
+TEST(MemFile, AnImpossibleSizeIsRefusedWithoutOverflow)
+{
+    CMemFile file(1024);
+    file.Seek(0x7FFFFFFFFFFFFFFF, CFile::begin);
+    BYTE byte = 0;
+    EXPECT_EQ(file.Read(&byte, 1), 0u);
+    EXPECT_TRUE(RunsOutOfMemory([&] { file.Write(&byte, 1); }));
+    EXPECT_EQ(CauseOf([&] { file.Seek(1, CFile::current); }), CFileException::badSeek);
+    EXPECT_TRUE(RunsOutOfMemory([&] { file.SetLength(0xFFFFFFFFFFFFFFFF); }));
+    EXPECT_EQ(file.GetLength(), 0u);
+}
+
+TEST(FaultyFile, FailsTheWantedOperationOnceAndTearsTheWrite)
+{
+    vak::test::FaultyFile<CMemFile> file(16u);
+    file.FailAt(2);
+    file.Write("abcd", 4);
+    EXPECT_EQ(CauseOf([&] { file.Write("efgh", 4); }), CFileException::diskFull);
+    EXPECT_EQ(file.GetLength(), 6u);
+    file.Write("ij", 2);
+    EXPECT_EQ(file.GetLength(), 8u);
+}
+
+} // namespace

@@ -1,0 +1,85 @@
+#include "framework/base/Time.h"
+#include "framework/base/Exception.h"
+#include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Time, UtcGoldens)
+{
+    // From `date -u -d @N`.
+    const struct
+    {
+        std::int64_t moment;
+        LPCTSTR text;
+    } rows[] = {
+        {0, L"1970-01-01 00:00:00 Thursday Thu January Jan 001 4 70 12 AM"},
+        {951827696, L"2000-02-29 12:34:56 Tuesday Tue February Feb 060 2 00 12 PM"},
+        {1062424800, L"2003-09-01 14:00:00 Monday Mon September Sep 244 1 03 02 PM"},
+        {4294967296, L"2106-02-07 06:28:16 Sunday Sun February Feb 038 0 06 06 AM"},
+        {32535215999, L"3000-12-31 23:59:59 Wednesday Wed December Dec 365 3 00 11 PM"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(CTime(row.moment).FormatGmt(L"%Y-%m-%d %H:%M:%S %A %a %B %b %j %w %y %I %p"),
+                  CString(row.text));
+    EXPECT_EQ(CTime(std::int64_t{0}).FormatGmt(L"à %d%% 日"), CString(L"à 01% 日"));
+    EXPECT_EQ(CTime(std::int64_t{0}).FormatGmt(L"%Q"), CString(L""));
+    EXPECT_EQ(CTime(std::int64_t{0}).FormatGmt(L"%"), CString(L""));
+}
+
+TEST(Time, FileTimesCountFrom1601)
+{
+    const FILETIME file = vak::detail::FileTimeFromTime(CTime(std::int64_t{1062424800}));
+    // (1062424800 + 11644473600) * 10^7 = 0x01C37091554A3000
+    EXPECT_EQ(file.dwHighDateTime, 0x01C37091u);
+    EXPECT_EQ(file.dwLowDateTime, 0x554A3000u);
+    EXPECT_EQ(CTime(FILETIME{file.dwLowDateTime + 9999999, file.dwHighDateTime}).GetTime(), 1062424800);
+    EXPECT_FALSE(CTime::IsValidFILETIME(FILETIME{0, 0}));
+    EXPECT_FALSE(CTime::IsValidFILETIME(FILETIME{0xFFFFFFFF, 0xFFFFFFFF}));
+    EXPECT_EQ(CTime(FILETIME{0xFFFFFFFF, 0xFFFFFFFF}), CTime());
+}
+
+TEST(Time, LocalComponentsComeBack)
+{
+    // Winter and summer, whatever the zone; 12:30 is nowhere a hour that a change of clocks repeats.
+    for (int month = 1; month <= 12; ++month) {
+        const CTime time(2003, month, 17, 12, 30, 59);
+        EXPECT_EQ(time.GetYear(), 2003);
+        EXPECT_EQ(time.GetMonth(), month);
+        EXPECT_EQ(time.GetDay(), 17);
+        EXPECT_EQ(time.GetHour(), 12);
+        EXPECT_EQ(time.GetMinute(), 30);
+        EXPECT_EQ(time.GetSecond(), 59);
+        SYSTEMTIME parts;
+        ASSERT_TRUE(time.GetAsSystemTime(parts));
+        EXPECT_EQ(CTime(parts), time);
+        EXPECT_EQ(parts.wDayOfWeek + 1, time.GetDayOfWeek());
+    }
+    EXPECT_EQ(CTime(2003, 9, 17, 12, 0, 0).GetDayOfWeek(), 4) << "a Wednesday";
+    EXPECT_EQ(CTime(std::int64_t{-1}).GetYear(), 0);
+    EXPECT_EQ(CTime(std::int64_t{0x793407000}).Format(L"%Y"), CString(L""));
+    for (const int month : {0, 13}) {
+        try {
+            const CTime wrong(2003, month, 1, 0, 0, 0);
+            ADD_FAILURE() << month;
+        } catch (CInvalidArgException* e) {
+            e->Delete();
+        }
+    }
+}
+
+TEST(TimeSpan, PartsAddUpAndKeepTheSign)
+{
+    const CTimeSpan span(2, 3, 4, 5);
+    EXPECT_EQ(span.GetTotalSeconds(), 183845);
+    EXPECT_EQ(span.GetTotalHours(), 51);
+    EXPECT_EQ(span.GetHours(), 3);
+    EXPECT_EQ(span.GetMinutes(), 4);
+    EXPECT_EQ(CTimeSpan(-183845).GetSeconds(), -5);
+    const CTime start(std::int64_t{1000});
+    EXPECT_EQ(start + span - start, span);
+    EXPECT_LT(start, start + span);
+}
+
+} // namespace
