@@ -1,0 +1,105 @@
+#include "framework/base/Application.h"
+#include "framework/base/StringTable.h"
+#include "framework/base/SystemMessage.h"
+#include "resources/Ids.h"
+#include "tests/support/MessageRecorder.h"
+#include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using vak::test::MessageRecorder;
+
+TEST(Application, TheNewestIsCurrentInWhateverOrderTheyEnd)
+{
+    CWinApp* const before = AfxGetApp();
+    auto first = std::make_unique<CWinApp>(L"premier");
+    auto second = std::make_unique<CWinApp>(L"second");
+    auto third = std::make_unique<CWinApp>();
+    EXPECT_EQ(AfxGetApp(), third.get());
+    EXPECT_EQ(CString(AfxGetAppName()), CString(L""));
+    second.reset();
+    EXPECT_EQ(AfxGetApp(), third.get());
+    third.reset();
+    EXPECT_EQ(AfxGetApp(), first.get());
+    EXPECT_EQ(CString(AfxGetAppName()), CString(L"premier"));
+    EXPECT_EQ(AfxGetMainWnd(), nullptr);
+    first.reset();
+    EXPECT_EQ(AfxGetApp(), before);
+}
+
+TEST(Application, BoxesAndWaitCursorsGoThroughIt)
+{
+    MessageRecorder recorder{IDNO};
+    {
+        CWaitCursor outer;
+        CWaitCursor inner;
+        inner.Restore();
+        EXPECT_EQ(recorder.WaitCursorsOpen(), 2);
+    }
+    EXPECT_EQ(recorder.WaitCursorsOpen(), 0);
+    EXPECT_EQ(recorder.WaitCursorsBegun(), 2);
+    EXPECT_EQ(AfxMessageBox(L"Remplacer ?", MB_YESNO, 7), IDNO);
+    EXPECT_EQ(AfxMessageBox(IDS_NOT_SUPPORTED, MB_YESNO | MB_DEFBUTTON2), IDNO);
+    ASSERT_EQ(recorder.Boxes().size(), 2u);
+    EXPECT_EQ(recorder.Boxes()[0].text, CString(L"Remplacer ?"));
+    EXPECT_EQ(recorder.Boxes()[0].helpId, 7u);
+    EXPECT_EQ(recorder.Boxes()[1].text, CString(L"Cette opération n'est pas prise en charge."));
+    EXPECT_EQ(recorder.Boxes()[1].helpId, UINT(IDS_NOT_SUPPORTED));
+}
+
+TEST(Application, AnUnattendedBoxGetsItsDefaultButton)
+{
+    const struct
+    {
+        UINT type;
+        int answer;
+    } rows[] = {{MB_OK | MB_ICONSTOP, IDOK},      {MB_OKCANCEL | MB_DEFBUTTON2, IDCANCEL},
+                {MB_YESNOCANCEL, IDYES},          {MB_YESNOCANCEL | 0x200, IDCANCEL},
+                {MB_YESNO | MB_DEFBUTTON2, IDNO}, {2, 3},
+                {MB_OK | MB_DEFBUTTON2, IDOK},    {0xF, IDOK}};
+    for (const auto& row : rows)
+        EXPECT_EQ(vak::DefaultAnswer(row.type), row.answer) << row.type;
+}
+
+TEST(StringTable, TextsFollowTheLanguageAndFallBackToFrench)
+{
+    constexpr LANGID kEnglish = 1033;
+    constexpr LANGID kBritish = 2057;
+    constexpr LANGID kGerman = 1031;
+    CString text;
+    EXPECT_TRUE(vak::LoadText(text, IDS_DATE_SUNDAY) && text == L"Dimanche");
+    for (const LANGID language : {kEnglish, kBritish}) {
+        EXPECT_TRUE(vak::LoadText(text, IDS_DATE_SUNDAY, language));
+        EXPECT_EQ(text, CString(L"Sunday"));
+    }
+    EXPECT_TRUE(vak::LoadText(text, IDS_DATE_SUNDAY, kGerman) && text == L"Dimanche");
+    EXPECT_TRUE(vak::LoadText(text, IDS_OUT_OF_MEMORY, kEnglish) && text == L"Mémoire insuffisante.");
+    vak::SetTextLanguage(kEnglish);
+    EXPECT_TRUE(text.LoadString(IDS_DATE_SUNDAY) && text == L"Sunday");
+    vak::SetTextLanguage(vak::kDefaultTextLanguage);
+    EXPECT_FALSE(vak::LoadText(text, 999) || vak::LoadText(text, 0) ||
+                 vak::LoadText(text, 0x10000 + IDS_OUT_OF_MEMORY));
+    EXPECT_EQ(text, CString(L"Sunday"));
+}
+
+TEST(StringTable, PlaceholdersTakeTheirArgumentsOnce)
+{
+    CString text;
+    AfxFormatString2(text, IDS_FILE_END, L"%2", L"%1");
+    EXPECT_EQ(text, CString(L"La fin de %2 est dépassée."));
+    AfxFormatString1(text, 999, L"x");
+    EXPECT_TRUE(text.IsEmpty());
+}
+
+TEST(SystemMessage, ErrorTextsHaveNoLineEnd)
+{
+    for (const DWORD code : {2u, 5u, 112u, 0xDEADu}) {
+        const CString text = vak::system::ErrorText(code);
+        ASSERT_FALSE(text.IsEmpty()) << code;
+        EXPECT_GT(text[text.GetLength() - 1], L' ') << code;
+    }
+    EXPECT_NE(vak::system::ErrorText(2), vak::system::ErrorText(5));
+    EXPECT_EQ(vak::system::ErrorText(0xDEAD), CString(L"Error 57005."));
+}
