@@ -8,7 +8,7 @@ namespace vak::system {
 
 /// Shows a modal box over the thread's active window and returns the button pressed. Natively there is no
 /// window: the text goes to the error stream and the box's default button is the answer.
-int ShowMessage(LPCTSTR text, LPCTSTR caption, UINT type);
+VAK_INTERNAL_API int ShowMessage(LPCTSTR text, LPCTSTR caption, UINT type);
 
 /// Shows the wait cursor, or the ordinary one again.
 void ShowWaitCursor(bool show);
