@@ -28,16 +28,24 @@ void Fill(FileEntry& entry, const Found& found)
     entry.written = found.ftLastWriteTime;
 }
 
+std::vector<wchar_t> Complete(LPCWSTR path)
+{
+    std::vector<wchar_t> full(GetFullPathNameW(path, 0, nullptr, nullptr) + 1);
+    GetFullPathNameW(path, static_cast<DWORD>(full.size()), full.data(), nullptr);
+    return full;
+}
+
 /// Renames through the open handle, which nobody can have opened against us.
 bool RenameByHandle(HANDLE file, LPCWSTR to)
 {
-    const size_t units = static_cast<size_t>(lstrlenW(to));
+    const std::vector<wchar_t> full = Complete(to);
+    const size_t units = static_cast<size_t>(lstrlenW(full.data()));
     const size_t size = offsetof(FILE_RENAME_INFO, FileName) + (units + 1) * sizeof(wchar_t);
     std::vector<std::byte> room(size + sizeof(FILE_RENAME_INFO));
     auto* const rename = reinterpret_cast<FILE_RENAME_INFO*>(room.data());
     rename->ReplaceIfExists = TRUE;
     rename->FileNameLength = static_cast<DWORD>(units * sizeof(wchar_t));
-    CopyMemory(rename->FileName, to, units * sizeof(wchar_t));
+    CopyMemory(rename->FileName, full.data(), units * sizeof(wchar_t));
     return SetFileInformationByHandle(file, FileRenameInfo, rename, static_cast<DWORD>(room.size()));
 }
 

@@ -51,7 +51,6 @@ TEST(SystemFile, FailuresHaveThePlatformsCodes)
     EXPECT_EQ(code(RemoveFile(folder.Path("full"))), kErrorAccessDenied);
     EXPECT_EQ(code(OpenFile(file, create) != kNoFile), kErrorFileExists);
     EXPECT_EQ(code(OpenFile(folder.Path("what?"), create) != kNoFile), kErrorInvalidName);
-    EXPECT_EQ(code(OpenFile(L"Q:\\nowhere", create) != kNoFile), kErrorPathNotFound);
     EXPECT_EQ(code(OpenFile(L"", create) != kNoFile), kErrorPathNotFound);
     EXPECT_EQ(code(RenameFile(folder.Path("full"), file)), kErrorAlreadyExists);
     EXPECT_EQ(code(DuplicateFile(file, folder.Path("full\\file"), true)), kErrorFileExists);
@@ -89,7 +88,7 @@ TEST(SystemFile, CopyKeepsContentsTimeAndReadOnly)
     FileEntry entry;
     ASSERT_TRUE(QueryFile(to, entry));
     EXPECT_EQ(CTime(entry.written).GetTime(), 1000000000);
-    EXPECT_FALSE(DuplicateFile(from, to, false)) << "a read-only file is not overwritten";
+    EXPECT_TRUE(entry.attributes & kAttributeReadOnly);
     EXPECT_TRUE(SetAttributes(from, kAttributeNormal) && SetAttributes(to, kAttributeNormal));
 }
 
@@ -116,7 +115,8 @@ TEST(FileFind, PatternsFollowThePlatform)
         {L"none\\*", ""},
     };
     for (const auto& row : rows)
-        EXPECT_EQ(Found(folder.Path() + row.pattern), row.names) << testing::PrintToString(CString(row.pattern));
+        EXPECT_EQ(Found(folder.Path() + row.pattern), row.names)
+            << testing::PrintToString(CString(row.pattern));
 }
 
 TEST(FileFind, EntryIsTheOneThatTheLastCallMoved)
