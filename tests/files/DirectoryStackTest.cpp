@@ -1,0 +1,46 @@
+#include "files/DirectoryStack.h"
+
+#include "files/CurrentDir.h"
+#include "framework/base/Exception.h"
+#include "tests/support/Print.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+TEST(DirectoryStack, GivesBackWhatWasCurrent)
+{
+    const CString start = fileGetCurrentDirectory();
+    {
+        const vak::test::TempFolder folder;
+        folder.Write("\u00e9t\u00e9\\f", "");
+        EXPECT_EQ(start, filePushCurrentDirectory(folder.Path()));
+        EXPECT_EQ(folder.Path(), fileGetCurrentDirectory());
+        EXPECT_EQ(folder.Path(), filePushCurrentDirectory(folder.Path("\u00e9t\u00e9")));
+        EXPECT_EQ(folder.Path("\u00e9t\u00e9\\"), fileGetCurrentDirectory());
+        // A directory that cannot be entered keeps the pairs together.
+        EXPECT_EQ(folder.Path("\u00e9t\u00e9\\"), filePushCurrentDirectory(folder.Path("absent")));
+        EXPECT_EQ(folder.Path("\u00e9t\u00e9\\"), filePopCurrentDirectory());
+        EXPECT_EQ(folder.Path(), filePopCurrentDirectory());
+        EXPECT_EQ(start, filePopCurrentDirectory());
+    }
+    EXPECT_EQ(start, fileGetCurrentDirectory());
+    try {
+        filePopCurrentDirectory();
+        FAIL() << "an empty stack gave a directory";
+    } catch (CInvalidArgException* e) {
+        e->Delete();
+    }
+}
+
+TEST(CurrentDir, RemembersOneDirectoryForEachKind)
+{
+    constexpr auto kOpened = static_cast<DirectoryType>(7);
+    constexpr auto kSaved = static_cast<DirectoryType>(0x80000007);
+    CCurrentDir directories;
+    EXPECT_EQ(CString(), directories.GetDirectory(L"unread", kOpened));
+    EXPECT_EQ(CString(), directories.SetDirectory(L"C:\\a\\", kOpened));
+    EXPECT_EQ(CString(), directories.SetDirectory(L"C:\\b\\", kSaved));
+    EXPECT_EQ(CString(L"C:\\a\\"), directories.SetDirectory(L"C:\\c\\", kOpened));
+    EXPECT_EQ(CString(L"C:\\c\\"), directories.GetDirectory(L"", kOpened));
+    EXPECT_EQ(CString(L"C:\\b\\"), directories.GetDirectory(L"", kSaved));
+}

@@ -1,0 +1,169 @@
+#include "files/FilePath.h"
+
+#include "files/FileSystem.h"
+#include "tests/support/Print.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+TEST(FilePath, SlashesAreAddedAndRemovedOnce)
+{
+    CString empty;
+    fileSlashTerminate(empty);
+    EXPECT_EQ(CString(L"\\"), empty);
+    CString path = L"C:\\a";
+    fileSlashTerminate(path);
+    fileSlashTerminate(path);
+    EXPECT_EQ(CString(L"C:\\a\\"), path);
+    path += L'\\';
+    fileRemoveSlashTermination(path);
+    EXPECT_EQ(CString(L"C:\\a\\"), path);
+    fileRemoveSlashTermination(empty);
+    fileRemoveSlashTermination(empty);
+    EXPECT_EQ(CString(), empty);
+}
+
+TEST(FilePath, IsSplitByItsText)
+{
+    struct Row
+    {
+        LPCWSTR path;
+        LPCWSTR directory;
+        LPCWSTR name;
+        LPCWSTR bareName;
+        LPCWSTR extension;
+    };
+    // Nothing of these names exists: the disk says no.
+    const Row rows[] = {
+        {L"C:\\x1\\b.txt", L"C:\\x1\\", L"b.txt", L"b", L".txt"},
+        {L"C:\\x1\\b.tar.GZ", L"C:\\x1\\", L"b.tar.GZ", L"b.tar", L".GZ"},
+        {L"C:\\x.1\\none", L"C:\\x.1\\", L"none", L"none", L""},
+        {L"C:\\x1\\", L"C:\\x1\\", L"", L"", L""},
+        {L"C:\\b.txt", L"C:\\", L"b.txt", L"b", L".txt"},
+        {L"\\b.txt", L"\\", L"b.txt", L"b", L".txt"},
+        {L"no-such.txt", L"", L"no-such.txt", L"no-such", L".txt"},
+        {L"", L"", L"", L"", L""},
+        {L"\\\\srv\\share", L"\\\\srv\\share\\", L"", L"", L""},
+        {L"\\\\srv\\share\\f.x", L"\\\\srv\\share\\", L"f.x", L"f", L".x"},
+        {L"C:\\x1\\Dr. No", L"C:\\x1\\", L"Dr. No", L"Dr. No", L""},
+        {L"C:\\x1\\\u00e9t\u00e9.\u00e9", L"C:\\x1\\", L"\u00e9t\u00e9.\u00e9", L"\u00e9t\u00e9", L".\u00e9"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(CString(row.path)));
+        EXPECT_EQ(CString(row.directory), fileStripName(row.path));
+        EXPECT_EQ(CString(row.name), fileStripPath(row.path));
+        EXPECT_EQ(CString(row.bareName), fileStripPath(row.path, 1));
+        if (*row.name != 0)
+            EXPECT_EQ(CString(row.extension), fileGetExtension(row.path));
+    }
+    EXPECT_EQ(CString(L"C:\\a.b\\c"), fileRemoveExtension(L"C:\\a.b\\c"));
+    EXPECT_EQ(CString(L"C:\\a.b\\c"), fileRemoveExtension(L"C:\\a.b\\c.d"));
+}
+
+TEST(FilePath, AnExistingDirectoryHasNoFileName)
+{
+    const vak::test::TempFolder folder;
+    folder.Write("d\u00e9j\u00e0.x\\f", "");
+    EXPECT_EQ(CString(), fileStripPath(folder.Path("d\u00e9j\u00e0.x")));
+    EXPECT_EQ(folder.Path("d\u00e9j\u00e0.x") + L"\\", fileStripName(folder.Path("d\u00e9j\u00e0.x")));
+    EXPECT_EQ(folder.Path(), fileStripName(folder.Path("missing")));
+}
+
+TEST(FilePath, DirectoriesCompareByText)
+{
+    struct Row
+    {
+        LPCWSTR first;
+        LPCWSTR second;
+        DirCompare result;
+    };
+    const Row rows[] = {
+        {L"C:\\A", L"c:\\a\\", DirCompareSame},
+        {L"rel\\\u00c9", L"REL\\\u00e9", DirCompareSame},
+        {L"C:\\a\\b", L"C:\\A", DirCompareSubdir},
+        {L"C:\\a", L"C:\\A\\b", DirCompareParent},
+        {L"C:\\ab", L"C:\\a", DirCompareUnrelated},
+        {L"a\\b", L"a", DirCompareUnrelated},
+        {L"a", L"C:\\a", DirCompareUnrelated},
+        // Anywhere within, not only at the beginning.
+        {L"C:\\x\\a\\b", L"\\a", DirCompareSubdir},
+        {L"\\a", L"C:\\x\\a\\b", DirCompareParent},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(row.result, fileCompareDirectory(row.first, row.second))
+            << testing::PrintToString(CString(row.first)) << testing::PrintToString(CString(row.second));
+    }
+}
+
+TEST(FilePath, IsMadeRelativeAndAbsolute)
+{
+    struct Row
+    {
+        LPCWSTR base;
+        LPCWSTR path;
+        LPCWSTR result;
+    };
+    const Row relative[] = {
+        {L"c:\\data\\", L"C:\\Data\\x\\y.obj", L".\\x\\y.obj"},
+        {L"c:\\data", L"C:\\Data\\X\\y.obj", L".\\X\\y.obj"},
+        {L"c:\\other\\", L"C:\\Data\\y.obj", L"C:\\Data\\y.obj"},
+        {L"c:\\data\\", L"C:\\DATA\\", L""},
+        {L"c:\\data\\x", L"c:\\data\\", L"c:\\data\\"},
+    };
+    for (const Row& row : relative)
+        EXPECT_EQ(CString(row.result), fileMakeRelativePath(row.base, row.path));
+    const Row absolute[] = {
+        {L"C:\\a\\b\\", L"..\\c.txt", L"C:\\a\\c.txt"},
+        {L"C:\\a\\", L".\\x\\.\\y\\..\\z", L"C:\\a\\x\\z"},
+        {L"C:\\a\\", L"..\\..\\..\\z", L"C:\\z"},
+        {L"C:\\a\\b\\", L"..", L"C:\\a"},
+        {L"C:\\a\\b\\", L"..\\", L"C:\\a\\"},
+        {L"C:\\a\\", L"..", L"C:\\"},
+        {L"C:\\a\\", L".", L"C:\\a"},
+        {L"\\\\s\\h\\a\\", L"..\\..\\z", L"\\\\s\\h\\z"},
+        {L"C:\\a\\", L"\\x\\..\\y", L"\\x\\..\\y"},
+        {L"C:\\a\\", L"D:x", L"D:x"},
+        {L"C:\\a\\", L"...\\..x", L"C:\\a\\...\\..x"},
+    };
+    for (const Row& row : absolute)
+        EXPECT_EQ(CString(row.result), fileMakeAbsolutePath(row.base, row.path));
+}
+
+TEST(FilePath, OnlyAnAbsolutePathThatFitsTheBufferIsMade)
+{
+    const CString fits(L'x', 255);
+    EXPECT_EQ(L"C:\\a" + CString(L'x', 0) + L"\\" + fits.Left(254),
+              fileMakeAbsolutePath(L"C:\\a\\", fits.Left(254)));
+    EXPECT_EQ(fits, fileMakeAbsolutePath(L"C:\\a\\", fits));
+    // It is the result that has to fit.
+    EXPECT_EQ(CString(L"C:\\y"), fileMakeAbsolutePath(L"C:\\", fits + L"\\..\\y"));
+}
+
+TEST(FilePath, CompactionKeepsBeginningAndName)
+{
+    const CString path = L"C:\\documents\\models\\2003\\chair.obj";
+    EXPECT_EQ(path, fileCompactPath(path, path.GetLength()));
+    for (int width = 14; width < path.GetLength(); ++width) {
+        const CString compact = fileCompactPath(path, width);
+        EXPECT_EQ(width, compact.GetLength());
+        EXPECT_EQ(CString(L"...\\chair.obj"), compact.Right(13));
+        EXPECT_EQ(path.Left(width - 13), compact.Left(width - 13));
+    }
+    for (int width = 0; width < 14; ++width)
+        EXPECT_LE(fileCompactPath(path, width).GetLength(), width);
+    EXPECT_EQ(300, fileCompactPath(path + CString(L'\\', 1) + CString(L'y', 400), 300).GetLength());
+}
+
+TEST(FilePath, WalkingUpwardsEndsAtTheTop)
+{
+    CString path = L"C:\\a\\b\\no-such.txt";
+    EXPECT_EQ(CString(L"b"), fileTopDirectory(path));
+    EXPECT_EQ(1, fileGetParentDirectory(path));
+    EXPECT_EQ(CString(L"C:\\a\\"), path);
+    EXPECT_EQ(1, fileGetParentDirectory(path));
+    EXPECT_EQ(CString(L"C:\\"), path);
+    EXPECT_EQ(0, fileGetParentDirectory(path));
+    EXPECT_EQ(CString(L"C:\\"), path);
+    path = L"\\\\srv\\share\\a";
+    EXPECT_EQ(0, fileGetParentDirectory(path));
+}

@@ -1,0 +1,179 @@
+#include "files/FileSystem.h"
+
+#include "framework/base/StringArray.h"
+#include "framework/base/SystemFile.h"
+#include "framework/base/Time.h"
+#include "tests/support/Print.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+using vak::test::TempFolder;
+using Names = std::vector<std::string>;
+
+namespace {
+
+/// A file that nobody can remove while this lives.
+class HeldFile
+{
+public:
+    explicit HeldFile(const CString& path)
+    {
+        vak::system::OpenOptions options;
+        options.read = true;
+        m_file = vak::system::OpenFile(path, options);
+    }
+    ~HeldFile() { vak::system::CloseFile(m_file); }
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
+
+private:
+    HANDLE m_file;
+};
+
+std::string ProgramBytes(char characteristics)
+{
+    std::string bytes(0x58, '\0');
+    bytes.replace(0, 2, "MZ");
+    bytes[0x3C] = 0x40;
+    bytes.replace(0x40, 2, "PE");
+    bytes[0x57] = characteristics;
+    return bytes;
+}
+
+} // namespace
+
+TEST(FileSystem, DirectoriesAreKnownByLookOrByTheDisk)
+{
+    const TempFolder folder;
+    const CString file = folder.Write("d\u00e9p\u00f4t\\caf\u00e9.txt", "12345");
+    struct Row
+    {
+        CString path;
+        int isDirectory;
+        int onDisk;
+        int directoryExists;
+        int exists;
+    };
+    const Row rows[] = {
+        {file, 0, 0, 0, 1},
+        {file + L"\\", 1, 0, 0, 0},
+        {folder.Path("d\u00e9p\u00f4t"), 1, 1, 1, 1},
+        {folder.Path("d\u00e9p\u00f4t") + L"\\", 1, 1, 1, 1},
+        {folder.Path("absent"), 0, 0, 0, 0},
+        {folder.Path("absent") + L"\\", 1, 0, 0, 0},
+        {L"Q:\\", 1, 1, 0, 0},
+        {L"\\\\no-server\\share", 1, 1, 0, 0},
+        {L"", 0, 0, 0, 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.path));
+        EXPECT_EQ(row.isDirectory, fileIsDirectory(row.path));
+        EXPECT_EQ(row.onDisk, fileIsDirectory(row.path, 1));
+        EXPECT_EQ(row.directoryExists, fileDirectoryExists(row.path));
+        EXPECT_EQ(row.exists, fileExists(row.path));
+    }
+    EXPECT_EQ(5u, fileGetSize(file));
+    EXPECT_EQ(0u, fileGetSize(folder.Path("absent")));
+}
+
+TEST(FileSystem, SizesBeyondFourGigabytesAreWhole)
+{
+    const TempFolder folder;
+    const CString file = folder.Write("sparse", "");
+    std::filesystem::resize_file(folder.Host("sparse"), 0x100000007);
+    EXPECT_EQ(0x100000007u, fileGetSize(file));
+}
+
+TEST(FileSystem, ProgramsAreTold)
+{
+    const TempFolder folder;
+    EXPECT_EQ(1, fileIsExecutable(folder.Write("run.CMD", "")));
+    EXPECT_EQ(0, fileIsExecutable(folder.Path("absent.cmd")));
+    EXPECT_EQ(0, fileIsExecutable(folder.Write("text.exe", "MZ, but no program")));
+    EXPECT_EQ(0, fileIsExecutable(folder.Write("library.exe", ProgramBytes(0x20))));
+    EXPECT_EQ(0, fileIsExecutable(folder.Path()));
+    EXPECT_EQ(1, fileIsShortcut(L"C:\\x.LNK"));
+    EXPECT_EQ(0, fileIsShortcut(L"C:\\x.lnk\\"));
+    EXPECT_EQ(0, fileIsShortcut(L"C:\\lnk"));
+}
+
+TEST(FileSystem, SameFileIsTheSameFullNameWhateverItsCase)
+{
+    EXPECT_EQ(1, fileIsSameFile(L"Z:\\no\\.\\Such\\x\\..\\F.TXT", L"z:\\NO\\such\\f.txt"));
+    EXPECT_EQ(0, fileIsSameFile(L"Z:\\no\\f.txt", L"Z:\\f.txt"));
+    EXPECT_EQ(1, fileIsSameFile(L"no-such.txt", L".\\NO-SUCH.txt"));
+    EXPECT_EQ(1, fileIsSameDir(L"Z:\\no\\Such", L"z:\\NO\\x\\..\\such\\"));
+    EXPECT_EQ(0, fileIsSameDir(L"Z:\\no\\Such", L"Z:\\no"));
+}
+
+TEST(FileSystem, DatesAreSetAndReadToTheSecond)
+{
+    const TempFolder folder;
+    const CString file = folder.Write("\u00e9t\u00e9", "");
+    const CTime date(2003, 9, 1, 10, 0, 59);
+    CTime read;
+    EXPECT_EQ(1, fileSetLastWriteDate(file, date));
+    EXPECT_EQ(1, fileGetLastWriteDate(file, read));
+    EXPECT_EQ(date.GetTime(), read.GetTime());
+    EXPECT_EQ(1, fileGetCreationDate(file, read));
+    EXPECT_GT(read.GetTime(), 0);
+    read = date;
+    EXPECT_EQ(0, fileGetLastWriteDate(folder.Path("absent"), read));
+    EXPECT_EQ(0, fileGetCreationDate(folder.Path("absent"), read));
+    EXPECT_EQ(0, fileSetLastWriteDate(folder.Path("absent"), date));
+    EXPECT_EQ(0, fileSetCreationDate(folder.Path("absent"), date));
+    EXPECT_EQ(date.GetTime(), read.GetTime());
+}
+
+TEST(FileSystem, ParentsAreCreatedOnlyWhenAsked)
+{
+    const TempFolder folder;
+    EXPECT_EQ(0, fileCreateDirectory(folder.Path("a\\b"), 0));
+    EXPECT_EQ(1, fileCreateDirectory(folder.Path("a\\b\u00e9\\c") + L"\\", 1));
+    EXPECT_EQ(1, fileCreateDirectory(folder.Path("a\\b\u00e9\\c"), 1));
+    EXPECT_EQ(0, fileCreateDirectory(folder.Path("a"), 0));
+    EXPECT_EQ(1, fileCreateDirectory(folder.Path("d"), 0));
+    folder.Write("file", "");
+    EXPECT_EQ(0, fileCreateDirectory(folder.Path("file\\x"), 1));
+    EXPECT_EQ(0, fileCreateDirectory(L"", 1));
+    EXPECT_EQ((Names{"a", "a/b\u00e9", "a/b\u00e9/c", "d", "file"}), folder.Names());
+}
+
+TEST(FileSystem, RemovalKeepsToTheTree)
+{
+    const TempFolder folder;
+    const std::string outside = "outside/kept";
+    folder.Write("outside\\kept", "");
+    folder.Write("tree\\d\u00e9j\u00e0\\deep\\f", "");
+    folder.Write("tree\\f", "");
+    std::filesystem::create_directory_symlink(folder.Host("outside"),
+                                              folder.Host("tree/d\u00e9j\u00e0/link"));
+    std::filesystem::create_directory_symlink(folder.Host("outside"), folder.Host("link"));
+    EXPECT_EQ(0, fileRemoveDirectory(folder.Path("tree"), 0));
+    EXPECT_EQ(1, fileRemoveDirectory(folder.Path("link") + L"\\", 1));
+    EXPECT_EQ(1, fileRemoveDirectory(folder.Path("tree"), 1));
+    EXPECT_EQ((Names{"outside", outside}), folder.Names());
+    EXPECT_EQ(0, fileRemoveDirectory(folder.Path("tree"), 1));
+    EXPECT_EQ(0, fileRemoveDirectory(folder.Path("outside\\kept"), 1));
+    EXPECT_EQ(0, fileRemoveDirectory(L"", 1));
+    EXPECT_EQ((Names{"outside", outside}), folder.Names());
+}
+
+TEST(FileSystem, RemovalListsWhatStayed)
+{
+    const TempFolder folder;
+    const CString held = folder.Write("tree\\sub\\held", "");
+    folder.Write("tree\\sub\\free", "");
+    folder.Write("tree\\other\\free", "");
+    CStringArray remaining;
+    remaining.Add(L"before");
+    const HeldFile holder(held);
+    EXPECT_EQ(0, fileRemoveDirectory(folder.Path("tree"), 1, &remaining));
+    ASSERT_EQ(4, remaining.GetSize());
+    EXPECT_EQ(CString(L"before"), remaining[0]);
+    EXPECT_EQ(held, remaining[1]);
+    EXPECT_EQ(folder.Path("tree\\sub\\"), remaining[2]);
+    EXPECT_EQ(folder.Path("tree\\"), remaining[3]);
+    EXPECT_EQ((Names{"tree", "tree/sub", "tree/sub/held"}), folder.Names());
+}

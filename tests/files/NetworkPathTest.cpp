@@ -1,0 +1,68 @@
+#include "files/NetworkPath.h"
+
+#include "files/detail/ShareForm.h"
+#include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
+
+using vak::detail::LocalPath;
+using vak::detail::NetworkFormByShares;
+
+TEST(NetworkPath, NeedsServerAndShare)
+{
+    struct Row
+    {
+        LPCWSTR path;
+        int isNetwork;
+    };
+    const Row rows[] = {
+        {L"\\\\srv\\share", 1},
+        {L"\\\\srv\\share\\d\\f.x", 1},
+        {L"\\\\?\\UNC\\srv\\share\\f", 1},
+        {L"\\\\srv", 0},
+        {L"\\\\srv\\", 0},
+        {L"\\\\srv\\\\x", 0},
+        {L"\\\\\\share", 0},
+        {L"\\\\?\\C:\\d", 0},
+        {L"\\\\.\\pipe\\x", 0},
+        {L"\\srv\\share", 0},
+        {L"C:\\x", 0},
+        {L"", 0},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(row.isNetwork, fileIsUNCPath(row.path)) << testing::PrintToString(CString(row.path));
+    CString form = L"before";
+    EXPECT_EQ(1, fileConvertToUNCPath(L"\\\\srv\\share\\f.x", form));
+    EXPECT_EQ(CString(L"\\\\srv\\share\\f.x"), form);
+    EXPECT_EQ(1, fileIsOnNetworkDrive(L"\\\\srv\\share\\f.x"));
+    EXPECT_EQ(0, fileIsOnNetworkDrive(L"Z:\\f.x"));
+}
+
+TEST(NetworkPath, IsBuiltFromTheNearestShare)
+{
+    const std::vector<vak::system::DiskShare> shares = {
+        {L"C$", L"C:\\"}, {L"Base", L"c:\\data\\Base"}, {L"Data", L"C:\\Data\\"}, {L"empty", L""}};
+    struct Row
+    {
+        LPCWSTR directory;
+        LPCWSTR name;
+        LPCWSTR form;
+    };
+    const Row rows[] = {
+        {L"c:\\dATA\\X\\", L"y.obj", L"\\\\PC\\Data\\X\\y.obj"},
+        {L"C:\\Data\\", L"", L"\\\\PC\\Data\\"},
+        {L"C:\\Data\\base\\", L"f", L"\\\\PC\\Base\\f"},
+        {L"C:\\Data\\Basement\\", L"f", L"\\\\PC\\Data\\Basement\\f"},
+        {L"C:\\Database\\", L"f", L"\\\\PC\\C$\\Database\\f"},
+        {L"C:\\", L"f", L"\\\\PC\\C$\\f"},
+    };
+    for (const Row& row : rows) {
+        CString form;
+        EXPECT_TRUE(NetworkFormByShares({row.directory, row.name}, L"PC", shares, form));
+        EXPECT_EQ(CString(row.form), form);
+    }
+    CString form = L"before";
+    EXPECT_FALSE(NetworkFormByShares({L"D:\\", L"f"}, L"PC", shares, form));
+    EXPECT_FALSE(NetworkFormByShares({L"C:\\", L"f"}, L"", shares, form));
+    EXPECT_EQ(CString(L"before"), form);
+}
