@@ -55,8 +55,9 @@ TEST(FileNames, AreRefusedWithTheReason)
         MessageRecorder recorder;
         EXPECT_EQ(row.refusal == nullptr ? 1 : 0, fileIsValidFileName(row.name, row.flags));
         ASSERT_EQ(row.refusal == nullptr ? 0u : 1u, recorder.Boxes().size());
-        if (row.refusal != nullptr)
+        if (row.refusal != nullptr) {
             EXPECT_EQ(CString(row.refusal), recorder.Boxes()[0].text);
+        }
         EXPECT_EQ(row.refusal == nullptr ? 1 : 0, fileIsValidFileName(row.name, row.flags | 16));
         EXPECT_EQ(row.refusal == nullptr ? 0u : 1u, recorder.Boxes().size());
     }

@@ -53,8 +53,9 @@ TEST(FilePath, IsSplitByItsText)
         EXPECT_EQ(CString(row.directory), fileStripName(row.path));
         EXPECT_EQ(CString(row.name), fileStripPath(row.path));
         EXPECT_EQ(CString(row.bareName), fileStripPath(row.path, 1));
-        if (*row.name != 0)
+        if (*row.name != 0) {
             EXPECT_EQ(CString(row.extension), fileGetExtension(row.path));
+        }
     }
     EXPECT_EQ(CString(L"C:\\a.b\\c"), fileRemoveExtension(L"C:\\a.b\\c"));
     EXPECT_EQ(CString(L"C:\\a.b\\c"), fileRemoveExtension(L"C:\\a.b\\c.d"));
@@ -131,10 +132,9 @@ TEST(FilePath, IsMadeRelativeAndAbsolute)
 
 TEST(FilePath, OnlyAnAbsolutePathThatFitsTheBufferIsMade)
 {
-    const CString fits(L'x', 255);
-    EXPECT_EQ(L"C:\\a" + CString(L'x', 0) + L"\\" + fits.Left(254),
-              fileMakeAbsolutePath(L"C:\\a\\", fits.Left(254)));
-    EXPECT_EQ(fits, fileMakeAbsolutePath(L"C:\\a\\", fits));
+    const CString fits(L'x', 254);
+    EXPECT_EQ(L"C:\\a\\" + fits, fileMakeAbsolutePath(L"C:\\a\\", fits));
+    EXPECT_EQ(fits + L"x", fileMakeAbsolutePath(L"C:\\a\\", fits + L"x"));
     // It is the result that has to fit.
     EXPECT_EQ(CString(L"C:\\y"), fileMakeAbsolutePath(L"C:\\", fits + L"\\..\\y"));
 }
@@ -151,7 +151,7 @@ TEST(FilePath, CompactionKeepsBeginningAndName)
     }
     for (int width = 0; width < 14; ++width)
         EXPECT_LE(fileCompactPath(path, width).GetLength(), width);
-    EXPECT_EQ(300, fileCompactPath(path + CString(L'\\', 1) + CString(L'y', 400), 300).GetLength());
+    EXPECT_EQ(300, fileCompactPath(path + L"\\" + CString(L'y', 400), 300).GetLength());
 }
 
 TEST(FilePath, WalkingUpwardsEndsAtTheTop)
