@@ -36,18 +36,24 @@ void Load(std::string_view bytes, Read read, int bufferSize = 4096)
     read(archive);
 }
 
-/// The cause of the archive exception that `act()` throws, -1 when it throws none.
-template <class Act>
-int ArchiveCause(Act act)
+/// The cause of the exception of class Thrown that `act()` throws, -1 when it throws none.
+template <class Thrown, class Act>
+int Cause(Act act)
 {
     try {
         act();
-    } catch (CArchiveException* exception) {
+    } catch (Thrown* exception) {
         const int cause = exception->m_cause;
         exception->Delete();
         return cause;
     }
     return -1;
+}
+
+template <class Act>
+int ArchiveCause(Act act)
+{
+    return Cause<CArchiveException>(act);
 }
 
 /// The cause that ends reading from `bytes`.

@@ -1,6 +1,7 @@
 #include "framework/base/Archive.h"
 
 #include "tests/support/ArchiveBytes.h"
+#include "tests/support/FaultyFile.h"
 
 #include <random>
 
@@ -271,4 +272,34 @@ TEST(Archive, OnlyTheDestructorOfAnOrdinaryArchiveFlushes)
     }
     EXPECT_EQ(file.GetLength(), 4u);
     EXPECT_EQ(buffer[0], 2);
+}
+
+TEST(Archive, WhatTheFileRefusesReachesTheCallerAndIsNotOfferedAgain)
+{
+    const std::string bytes(1000, 'x');
+    const auto store = [&](CFile& file) {
+        CArchive archive(&file, CArchive::store, 128);
+        archive.Write(bytes.data(), 100);
+        archive.Write(bytes.data(), 100);
+        archive << ULONGLONG(1);
+        archive.Write(bytes.data(), 500);
+        archive.Close();
+    };
+    // Two full buffers, the long piece and the flush; a write that fails leaves half of its bytes.
+    const ULONGLONG lengths[] = {50, 154, 458, 708};
+    for (int failing = 1; failing <= 4; ++failing) {
+        FaultyFile<CMemFile> file;
+        file.FailAt(failing);
+        EXPECT_EQ(Cause<CFileException>([&] { store(file); }), CFileException::diskFull) << failing;
+        EXPECT_EQ(file.GetLength(), lengths[failing - 1]) << failing;
+    }
+    FaultyFile<CMemFile> whole;
+    store(whole);
+    EXPECT_EQ(whole.GetLength(), 708u);
+    whole.SeekToBegin();
+    whole.FailAt(2);
+    CArchive archive(&whole, CArchive::load, 128);
+    std::string read(300, '\0');
+    archive.Read(read.data(), 100);
+    EXPECT_EQ(Cause<CFileException>([&] { archive.Read(read.data(), 300); }), CFileException::diskFull);
 }
