@@ -19,6 +19,8 @@
 #include <string>
 #include <type_traits>
 
+/// Exported member by member: an instantiation that is exported as a whole leaves out the inline ones, and
+/// they are worth inlining. Instantiated for wchar_t and char in String.cpp.
 template <class C>
 class CStringT
 {
@@ -37,13 +39,13 @@ public:
     CStringT(const CStringT<YCHAR>& text) { AppendOther(text.GetString(), text.GetLength()); }
     /// The first `length` units at `text`, zeros included.
     CStringT(PCXSTR text, int length) { SetString(text, length); }
-    CStringT(PCYSTR text, int length);
+    VAK_API CStringT(PCYSTR text, int length);
     /// `repeat` times `ch`; empty when `repeat` is not positive.
     explicit CStringT(XCHAR ch, int repeat = 1)
         : m_text(repeat > 0 ? static_cast<std::size_t>(repeat) : 0, ch)
     {
     }
-    explicit CStringT(YCHAR ch, int repeat = 1);
+    VAK_API explicit CStringT(YCHAR ch, int repeat = 1);
     ~CStringT() = default;
 
     CStringT& operator=(const CStringT&) = default;
@@ -82,39 +84,39 @@ public:
     operator PCXSTR() const noexcept { return m_text.c_str(); }
 
     /// Below 0, 0 or above 0 by the values of the units, up to the first zero of each.
-    int Compare(PCXSTR other) const;
+    VAK_API int Compare(PCXSTR other) const;
     /// The same with both sides folded unit by unit.
-    int CompareNoCase(PCXSTR other) const;
+    VAK_API int CompareNoCase(PCXSTR other) const;
 
     /// First position at or behind `start`, -1 when there is none or `start` is outside. An empty text is
     /// found at `start`.
-    int Find(PCXSTR wanted, int start = 0) const;
-    int Find(XCHAR wanted, int start = 0) const;
+    VAK_API int Find(PCXSTR wanted, int start = 0) const;
+    VAK_API int Find(XCHAR wanted, int start = 0) const;
     /// Last position of `wanted`, or -1.
-    int ReverseFind(XCHAR wanted) const;
+    VAK_API int ReverseFind(XCHAR wanted) const;
     /// First position of any unit of `set`, or -1.
-    int FindOneOf(PCXSTR set) const;
+    VAK_API int FindOneOf(PCXSTR set) const;
 
     /// Parts of the string; positions and counts are clamped to it, a negative one counts as 0.
     CStringT Left(int count) const { return Mid(0, count); }
-    CStringT Right(int count) const;
+    VAK_API CStringT Right(int count) const;
     CStringT Mid(int first) const { return Mid(first, GetLength()); }
-    CStringT Mid(int first, int count) const;
+    VAK_API CStringT Mid(int first, int count) const;
     /// The longest beginning made only of, or without, the units of `set`.
-    CStringT SpanIncluding(PCXSTR set) const;
-    CStringT SpanExcluding(PCXSTR set) const;
+    VAK_API CStringT SpanIncluding(PCXSTR set) const;
+    VAK_API CStringT SpanExcluding(PCXSTR set) const;
     /// The next non-empty token at or behind `start`, which moves behind the token's delimiter. Without a
     /// further token the result is empty and `start` -1. Without delimiters the token is all that is left.
-    CStringT Tokenize(PCXSTR delimiters, int& start) const;
+    VAK_API CStringT Tokenize(PCXSTR delimiters, int& start) const;
 
     void Empty() noexcept { m_text.clear(); }
     /// Replaces the unit at `index`, which must lie inside.
-    void SetAt(int index, XCHAR ch);
-    void SetString(PCXSTR text);
+    VAK_API void SetAt(int index, XCHAR ch);
+    VAK_API void SetString(PCXSTR text);
     /// `text` may point into this string.
-    void SetString(PCXSTR text, int length);
+    VAK_API void SetString(PCXSTR text, int length);
     void Append(PCXSTR text) { Append(text, static_cast<int>(Length(text))); }
-    void Append(PCXSTR text, int length);
+    VAK_API void Append(PCXSTR text, int length);
     void Append(const CStringT& text) { m_text.append(text.m_text); }
     void AppendChar(XCHAR ch) { m_text.push_back(ch); }
     CStringT& operator+=(const CStringT& text)
@@ -141,55 +143,55 @@ public:
     CStringT& operator+=(YCHAR ch) { return *this += CStringT(ch); }
 
     /// Makes room for `length` units without changing the text.
-    void Preallocate(int length);
+    VAK_API void Preallocate(int length);
     /// A buffer for at least `length` units and a zero, beginning with the text. No other member may be
     /// called before ReleaseBuffer.
-    PXSTR GetBuffer(int length = 0);
+    VAK_API PXSTR GetBuffer(int length = 0);
     /// A buffer of exactly `length` units; the text is cut or lengthened to it at once.
-    PXSTR GetBufferSetLength(int length);
+    VAK_API PXSTR GetBufferSetLength(int length);
     /// Ends the use of a buffer: the text is its first `length` units; -1: what stands before its first zero.
-    void ReleaseBuffer(int length = -1);
+    VAK_API void ReleaseBuffer(int length = -1);
 
-    CStringT& MakeUpper();
-    CStringT& MakeLower();
-    CStringT& MakeReverse();
+    VAK_API CStringT& MakeUpper();
+    VAK_API CStringT& MakeLower();
+    VAK_API CStringT& MakeReverse();
     /// Remove white space, one unit, or the units of a set, from the ends.
     CStringT& Trim() { return TrimRight().TrimLeft(); }
     CStringT& Trim(XCHAR ch) { return TrimRight(ch).TrimLeft(ch); }
     CStringT& Trim(PCXSTR set) { return TrimRight(set).TrimLeft(set); }
-    CStringT& TrimLeft();
-    CStringT& TrimLeft(XCHAR ch);
-    CStringT& TrimLeft(PCXSTR set);
-    CStringT& TrimRight();
-    CStringT& TrimRight(XCHAR ch);
-    CStringT& TrimRight(PCXSTR set);
+    VAK_API CStringT& TrimLeft();
+    VAK_API CStringT& TrimLeft(XCHAR ch);
+    VAK_API CStringT& TrimLeft(PCXSTR set);
+    VAK_API CStringT& TrimRight();
+    VAK_API CStringT& TrimRight(XCHAR ch);
+    VAK_API CStringT& TrimRight(PCXSTR set);
 
     /// Replaces every occurrence, left to right without overlap, and returns how many there were. An empty
     /// `from` never occurs.
-    int Replace(XCHAR from, XCHAR to);
-    int Replace(PCXSTR from, PCXSTR to);
+    VAK_API int Replace(XCHAR from, XCHAR to);
+    VAK_API int Replace(PCXSTR from, PCXSTR to);
     /// Removes every `ch` and returns how many there were.
-    int Remove(XCHAR ch);
+    VAK_API int Remove(XCHAR ch);
     /// Inserts before `index`, clamped to the string, and returns the new length.
-    int Insert(int index, XCHAR ch);
-    int Insert(int index, PCXSTR text);
+    VAK_API int Insert(int index, XCHAR ch);
+    VAK_API int Insert(int index, PCXSTR text);
     /// Removes `count` units from `index` on, clamped to the string, and returns the new length.
-    int Delete(int index, int count = 1);
+    VAK_API int Delete(int index, int count = 1);
 
     /// printf's formatting with the platform's meaning, alike on every build and in every locale: `%s` and
     /// `%c` take text of the string's own width, `%S` and `%C` of the other, `%hs` narrow, `%ls` wide; sizes
     /// h, l, ll, I32, I64, I, w, z, j, t. A null text prints "(null)"; `%n` throws CInvalidArgException. The
     /// arguments may point into this string.
-    void Format(PCXSTR format, ...);
+    VAK_API void Format(PCXSTR format, ...);
     /// The format is the text `id` of the string table; CInvalidArgException when there is none.
-    void Format(UINT id, ...);
-    void AppendFormat(PCXSTR format, ...);
-    void AppendFormat(UINT id, ...);
-    void FormatV(PCXSTR format, std::va_list arguments);
-    void AppendFormatV(PCXSTR format, std::va_list arguments);
+    VAK_API void Format(UINT id, ...);
+    VAK_API void AppendFormat(PCXSTR format, ...);
+    VAK_API void AppendFormat(UINT id, ...);
+    VAK_API void FormatV(PCXSTR format, std::va_list arguments);
+    VAK_API void AppendFormatV(PCXSTR format, std::va_list arguments);
 
     /// Reads the text `id` of the string table; false, and the string as it was, when there is none.
-    bool LoadString(UINT id);
+    VAK_API bool LoadString(UINT id);
 
     friend bool operator==(const CStringT& a, const CStringT& b) noexcept
     {
@@ -227,15 +229,12 @@ private:
     {
         return text == nullptr ? 0 : vak::detail::CharTraits<Any>::length(text);
     }
-    int CompareWhole(PCXSTR other, std::size_t length) const noexcept;
-    void AppendOther(PCYSTR text, std::size_t length);
+    VAK_API int CompareWhole(PCXSTR other, std::size_t length) const noexcept;
+    VAK_API void AppendOther(PCYSTR text, std::size_t length);
     CStringT& Keep(std::size_t first, std::size_t end);
 
     Text m_text;
 };
-
-extern template class VAK_API CStringT<wchar_t>;
-extern template class VAK_API CStringT<char>;
 
 using CStringW = CStringT<wchar_t>;
 using CStringA = CStringT<char>;
