@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the stored forms and the table walks that the tests of core/ compare with.
+"""Writes the stored forms and the table walks that the tests of core/ compare with, and the seeds of its fuzzers.
 
 It shares no code with the library: forms are packed from their documents, tables are played slot by slot.
 Run it here; it rewrites the files beside it.
@@ -215,6 +215,24 @@ def walks():
     return "\n".join(lines) + "\n"
 
 
+def image(entries):
+    """What GetData gives, with made-up links."""
+    return b"".join(struct.pack("<QIII", i + 1 < len(entries), ident, len(value), int.from_bytes(kind.encode(), "big"))
+                    + value for i, (ident, kind, value) in enumerate(entries))
+
+
+CORPUS = "../../../fuzz/corpus/"
+FILES |= {
+    CORPUS + "StoreRaw/current": b"\0" + current(ALL_KINDS),
+    CORPUS + "StoreRaw/wide_old": b"\0" + older("CUSU", WIDE_OLD),
+    CORPUS + "StoreRaw/narrow_old": b"\0" + older("CUST", NARROW_OLD),
+    CORPUS + "StoreRaw/raw": b"\1" + raw([(1, "CDAT", raw(NEW)), (1, " INT", b"\0\0\0\1"), (2, " BIN", b"")]),
+    CORPUS + "StoreRaw/image": b"\2" + image([(1, "ASTR", b"a\0\0b"), (2, "USTR", wide("a") + b"b"), (3, " BIN", b"")]),
+    CORPUS + "StoreRaw/chain": b"\3" + chain([(1, b"8 bytes."), (1, b"5 byt"), (2, chain([(3, b"")]))]),
+    CORPUS + "Preferences/whole": prefs([(1, 1, older("CUSU", WIDE_OLD)), (1, 2, current(NEW)), (2, 1, current([]))]),
+    CORPUS + "Preferences/damaged_behind": prefs([(1, 2, current(NEW)), (2, 2, current(NEW)[:-1])]),
+    CORPUS + "Preferences/empty": b"",
+}
 for path, data in FILES.items():
     with open(path, "wb") as file:
         file.write(data)
