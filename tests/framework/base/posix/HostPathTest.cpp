@@ -84,6 +84,8 @@ TEST(PosixSystemFile, ReadOnlyFilesAreNotWritten)
     EXPECT_EQ(LastFileError(), kErrorAccessDenied);
     CloseFile(file);
     EXPECT_EQ(folder.Read("file"), "x");
+    EXPECT_TRUE(DuplicateFile(path, folder.Path("copy"), true));
+    EXPECT_TRUE(FileAttributes(folder.Path("copy")) & kAttributeReadOnly);
 }
 
 TEST(PosixSystemFile, ErrnoBecomesThePlatformsCode)
