@@ -148,6 +148,7 @@ TEST_F(FileIo, GoesToThePluginOfTheKindForItsDirectionOnly)
     EXPECT_EQ(io.GetCurrentParser(), parser);
     EXPECT_EQ(io.GetIoError(), IO_FILE_SUCCESS);
 
+    makeParser = MakeCounted;
     entryCalls = 0;
     ExpectNoParser(Loading(L"a.ftli"));
     ExpectNoParser(Saving(L"a.ftro"));
@@ -276,7 +277,7 @@ TEST_F(FileIo, KeepsParametersByClassAndDirection)
     EXPECT_EQ(io.LoadIoParameters(0, data, kModel), 1);
     EXPECT_TRUE(data.HasData('QUAL'));
     CFileIo::SetPreferencesFilePath(CString());
-    EXPECT_EQ(io.GetPreferencesFilePath().Right(28), L"\\Vak Tools\\IoParameters.dat");
+    EXPECT_EQ(io.GetPreferencesFilePath().Right(27), L"\\Vak Tools\\IoParameters.dat");
 }
 
 TEST_F(FileIo, AnswersWhetherADialogIsOfferedOrMustBeShown)
@@ -401,7 +402,7 @@ TEST_F(FileIo, FindsTheFileThatADocumentMeans)
     };
     for (const auto& row : rows) {
         CString file = row.wanted;
-        EXPECT_EQ(CFileIo::FindMatchingFile(file, folder, row.kinds), row.found != nullptr) << row.wanted;
+        EXPECT_EQ(CFileIo::FindMatchingFile(file, folder, row.kinds), row.found != nullptr) << CStringA(row.wanted).GetString();
         EXPECT_EQ(file, row.found ? m_folder.Path(row.found) : row.wanted);
     }
 }

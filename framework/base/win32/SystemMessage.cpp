@@ -90,7 +90,7 @@ bool LoadModuleText(CString& out, HMODULE module, UINT id)
 {
     if (module == nullptr)
         module = reinterpret_cast<HMODULE>(&__ImageBase);
-    const HRSRC block = IsText(id) ? FindResourceW(module, RT_STRING, BlockName(id)) : nullptr;
+    const HRSRC block = IsText(id) ? FindResourceW(module, BlockName(id), RT_STRING) : nullptr;
     if (block == nullptr)
         return false;
     if (ReadEntry(out, module, block, id))

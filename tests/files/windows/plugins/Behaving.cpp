@@ -3,6 +3,7 @@
 
 #include "framework/base/Exception.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
