@@ -59,6 +59,11 @@ bool MakeFolders(const CString& path)
     return IsFolder(path);
 }
 
+bool RemoveFile(const CString& path)
+{
+    return !system::RemovesElsewhere(path) && system::RemoveFile(path);
+}
+
 /// Removes the files of `folder` and appends its folders to `folders`, except links to folders, which go too.
 void RemoveFiles(const CString& folder, std::vector<CString>& folders, std::vector<CString>& remaining)
 {
@@ -71,7 +76,7 @@ void RemoveFiles(const CString& folder, std::vector<CString>& folders, std::vect
         const bool isFolder = (entry.attributes & system::kAttributeDirectory) != 0;
         if (isFolder && !system::IsLink(path))
             folders.push_back(path + L'\\');
-        else if (!(isFolder ? system::RemoveEmptyFolder(path) : system::RemoveFile(path)))
+        else if (!(isFolder ? system::RemoveEmptyFolder(path) : RemoveFile(path)))
             remaining.push_back(path);
     }
 }

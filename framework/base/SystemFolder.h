@@ -14,10 +14,13 @@ namespace vak::system {
 
 /// Creates one folder; its parent must exist. False also when something of that name exists.
 VAK_INTERNAL_API bool MakeFolder(const CString& path);
-/// Removes one empty folder. A link or junction to a folder is itself removed, never what it leads to.
+/// Removes one empty folder. A link or junction to a folder is itself removed, never what it leads to: false
+/// where the system cannot.
 VAK_INTERNAL_API bool RemoveEmptyFolder(const CString& path);
 /// True when the name is a link or junction, which leads out of the folder that holds it.
 VAK_INTERNAL_API bool IsLink(const CString& path);
+/// True when the system would not remove this name but what it leads to, somewhere else.
+VAK_INTERNAL_API bool RemovesElsewhere(const CString& path);
 
 VAK_INTERNAL_API CString CurrentFolder();
 VAK_INTERNAL_API bool EnterFolder(const CString& path);

@@ -77,6 +77,11 @@ bool IsLink(const CString& path)
     return IsHostLink(HostName(path));
 }
 
+bool RemovesElsewhere(const CString&)
+{
+    return false;
+}
+
 CString CurrentFolder()
 {
     std::error_code error;

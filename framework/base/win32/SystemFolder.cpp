@@ -44,6 +44,20 @@ CString Filled(Fill fill)
     }
 }
 
+/// The path of what the system opens under a name without following it; empty when it does not tell.
+CString OpenedPath(const CString& path)
+{
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file = CreateFileW(path, 0, kShareAll, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return {};
+    const CString opened = Filled(
+        [file](LPWSTR buffer, DWORD size) { return GetFinalPathNameByHandleW(file, buffer, size, 0); });
+    CloseHandle(file);
+    return opened;
+}
+
 /// The font and the context that a window draws its own text with.
 class WindowContext
 {
@@ -81,7 +95,7 @@ bool MakeFolder(const CString& path)
 
 bool RemoveEmptyFolder(const CString& path)
 {
-    return RemoveDirectoryW(WithoutSlash(path)) != 0;
+    return !RemovesElsewhere(path) && RemoveDirectoryW(WithoutSlash(path)) != 0;
 }
 
 bool IsLink(const CString& path)
@@ -96,6 +110,19 @@ bool IsLink(const CString& path)
     const DWORD tag = data.dwReserved0;
     return (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
            (tag == 0 || IsReparseTagNameSurrogate(tag));
+}
+
+bool RemovesElsewhere(const CString& path)
+{
+    // Wine opens and removes what a link of the host leads to, and shows links to files as plain files. What
+    // it opened then lies in another folder or has another name.
+    const CString name = WithoutSlash(path);
+    const int slash = name.ReverseFind(L'\\');
+    const CString opened = OpenedPath(name);
+    const CString folder = OpenedPath(slash < 0 ? CString(L".") : name.Left(slash + 1));
+    if (opened.IsEmpty() || folder.IsEmpty())
+        return false;
+    return opened.CompareNoCase(WithSlash(folder) + name.Mid(slash + 1)) != 0;
 }
 
 CString CurrentFolder()
