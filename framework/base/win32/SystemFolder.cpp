@@ -116,10 +116,12 @@ bool RemovesElsewhere(const CString& path)
 {
     // Wine opens and removes what a link of the host leads to, and shows links to files as plain files. What
     // it opened then lies in another folder or has another name.
-    const CString name = WithoutSlash(path);
+    CString name = path;
+    if (!FullPath(path, name) || !LongPath(WithoutSlash(name), name))
+        return false;
     const int slash = name.ReverseFind(L'\\');
     const CString opened = OpenedPath(name);
-    const CString folder = OpenedPath(slash < 0 ? CString(L".") : name.Left(slash + 1));
+    const CString folder = OpenedPath(name.Left(slash + 1));
     if (opened.IsEmpty() || folder.IsEmpty())
         return false;
     return opened.CompareNoCase(WithSlash(folder) + name.Mid(slash + 1)) != 0;

@@ -23,6 +23,9 @@ TEST(FileSystemOnWindows, ShortNamesBecomeLong)
     EXPECT_EQ(file, fileGetLongPathName(shortName));
     EXPECT_EQ(1, fileIsSameFile(file, shortName));
     EXPECT_EQ(folder.Path("absent~1"), fileGetLongPathName(folder.Path("absent~1")));
+    ASSERT_NE(0u, GetShortPathNameW(folder.Path("a long folder name"), shortName, MAX_PATH));
+    EXPECT_EQ(1, fileRemoveDirectory(shortName, 1));
+    EXPECT_TRUE(folder.Names().empty());
 }
 
 TEST(FileSystemOnWindows, CompactedPathFitsTheWindowsPixels)
