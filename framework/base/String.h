@@ -195,10 +195,9 @@ public:
 
     friend bool operator==(const CStringT& a, const CStringT& b) noexcept
     {
-        return a.m_text.size() == b.m_text.size() &&
-               std::memcmp(a.m_text.data(), b.m_text.data(), a.m_text.size() * sizeof(C)) == 0;
+        return a.IsSame(b.m_text.data(), b.m_text.size());
     }
-    friend bool operator==(const CStringT& a, PCXSTR b) noexcept { return a.CompareWhole(b, Length(b)) == 0; }
+    friend bool operator==(const CStringT& a, PCXSTR b) noexcept { return a.IsSame(b, Length(b)); }
     friend bool operator==(const CStringT& a, PCYSTR b) { return a == CStringT(b); }
     friend std::strong_ordering operator<=>(const CStringT& a, const CStringT& b) noexcept
     {
@@ -228,6 +227,11 @@ private:
     static std::size_t Length(const Any* text) noexcept
     {
         return text == nullptr ? 0 : vak::detail::CharTraits<Any>::length(text);
+    }
+    bool IsSame(PCXSTR other, std::size_t length) const noexcept
+    {
+        return m_text.size() == length &&
+               (length == 0 || std::memcmp(m_text.data(), other, length * sizeof(C)) == 0);
     }
     VAK_API int CompareWhole(PCXSTR other, std::size_t length) const noexcept;
     VAK_API void AppendOther(PCYSTR text, std::size_t length);

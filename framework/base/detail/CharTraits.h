@@ -31,23 +31,29 @@ struct CharTraits
     static constexpr bool eq(C a, C b) noexcept { return a == b; }
     static constexpr bool lt(C a, C b) noexcept { return Unsigned(a) < Unsigned(b); }
 
-    static constexpr int compare(const C* a, const C* b, std::size_t count) noexcept
+    static int compare(const C* a, const C* b, std::size_t count) noexcept
     {
+        if constexpr (sizeof(C) == 1)
+            return count == 0 ? 0 : std::memcmp(a, b, count);
         for (; count != 0; ++a, ++b, --count) {
             if (*a != *b)
                 return lt(*a, *b) ? -1 : 1;
         }
         return 0;
     }
-    static constexpr std::size_t length(const C* text) noexcept
+    static std::size_t length(const C* text) noexcept
     {
+        if constexpr (sizeof(C) == 1)
+            return std::strlen(text);
         std::size_t count = 0;
         while (text[count] != C())
             ++count;
         return count;
     }
-    static constexpr const C* find(const C* text, std::size_t count, const C& wanted) noexcept
+    static const C* find(const C* text, std::size_t count, const C& wanted) noexcept
     {
+        if constexpr (sizeof(C) == 1)
+            return count == 0 ? nullptr : static_cast<const C*>(std::memchr(text, wanted, count));
         for (; count != 0; ++text, --count) {
             if (*text == wanted)
                 return text;
@@ -62,8 +68,11 @@ struct CharTraits
     {
         return count == 0 ? to : static_cast<C*>(std::memcpy(to, from, count * sizeof(C)));
     }
-    static constexpr C* assign(C* to, std::size_t count, C value) noexcept
+    static C* assign(C* to, std::size_t count, C value) noexcept
     {
+        // Buffers are handed out zeroed: that is the frequent case.
+        if (value == C())
+            return count == 0 ? to : static_cast<C*>(std::memset(to, 0, count * sizeof(C)));
         for (std::size_t i = 0; i < count; ++i)
             to[i] = value;
         return to;

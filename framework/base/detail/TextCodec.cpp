@@ -1,5 +1,6 @@
 #include "framework/base/detail/TextCodec.h"
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -23,8 +24,13 @@ std::size_t AsciiRun(const unsigned char* bytes)
 
 void Widen(const unsigned char* bytes, wchar_t* out)
 {
+    // By way of locals: bytes may alias anything, and then the compiler takes them one at a time.
+    std::array<unsigned char, kStep> from;
+    std::array<wchar_t, kStep> to;
+    std::memcpy(from.data(), bytes, sizeof from);
     for (std::size_t i = 0; i < kStep; ++i)
-        out[i] = bytes[i];
+        to[i] = from[i];
+    std::memcpy(out, to.data(), sizeof to);
 }
 
 bool IsTrail(unsigned char byte, unsigned char low = 0x80, unsigned char high = 0xBF)
@@ -36,6 +42,11 @@ bool IsTrail(unsigned char byte, unsigned char low = 0x80, unsigned char high = 
 void DecodeOne(const unsigned char*& p, const unsigned char* end, wchar_t*& out)
 {
     const unsigned char lead = *p++;
+    // Most of Western text.
+    if (lead >= 0xC2 && lead < 0xE0 && p != end && IsTrail(*p)) {
+        *out++ = static_cast<wchar_t>((lead & 0x1F) << 6 | (*p++ & 0x3F));
+        return;
+    }
     const int trails = lead < 0xC2 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : lead < 0xF5 ? 3 : 0;
     unsigned int code = trails == 1 ? lead & 0x1Fu : trails == 2 ? lead & 0x0Fu : lead & 0x07u;
     // The second byte's range keeps out long spellings, surrogates and what lies above U+10FFFF.
