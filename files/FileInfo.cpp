@@ -4,8 +4,8 @@
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
 #include "files/NetworkPath.h"
-#include "framework/base/detail/PathText.h"
 #include "framework/base/SystemFolder.h"
+#include "framework/base/detail/PathText.h"
 
 namespace {
 

@@ -7,19 +7,13 @@
 
 namespace {
 
-struct Row
+/// The parts of a name in one line.
+CString Parts(const CFileInfo& info)
 {
-    const wchar_t* name;
-    _FILEINFO_TYPE type;
-    const wchar_t* root;
-    const wchar_t* path;
-    const wchar_t* pathWithoutRoot;
-    const wchar_t* fileName;
-    const wchar_t* nameWithoutExt;
-    const wchar_t* extension;
-    const wchar_t* topDirectory;
-    const wchar_t* parentDirectory;
-};
+    return info.GetRoot() + L"|" + info.GetPath() + L"|" + info.GetPathWithoutRoot() + L"|" + info.GetName() +
+           L"|" + info.GetNameWithoutExt() + L"|" + info.GetExtension() + L"|" + info.GetTopDirectory() +
+           L"|" + info.GetParentDirectory();
+}
 
 } // namespace
 
@@ -27,47 +21,40 @@ TEST(FileInfo, TakesANameApart)
 {
     constexpr auto kAuto = FILEINFO_AUTO;
     constexpr auto kFile = FILEINFO_FILE;
-    constexpr auto kDirectory = FILEINFO_DIRECTORY;
-    const Row rows[] = {
-        {L"C:\\tmp\\example.JPG", kFile, L"C:\\", L"C:\\tmp\\", L"tmp\\", L"example.JPG", L"example", L".JPG",
-         L"tmp", L"C:\\"},
-        {L"C:\\a.b\\c", kFile, L"C:\\", L"C:\\a.b\\", L"a.b\\", L"c", L"c", L"", L"a.b", L"C:\\"},
-        {L"C:\\a\\b\\", kFile, L"C:\\", L"C:\\a\\b\\", L"a\\b\\", L"", L"", L"", L"b", L"C:\\a\\"},
-        {L"C:\\a\\b.x", kDirectory, L"C:\\", L"C:\\a\\b.x\\", L"a\\b.x\\", L"", L"", L"", L"b.x", L"C:\\a\\"},
-        {L"C:\\f.x", kFile, L"C:\\", L"C:\\", L"", L"f.x", L"f", L".x", L"", L"C:\\"},
-        {L"C:", kAuto, L"C:\\", L"C:\\", L"", L"", L"", L"", L"", L"C:\\"},
-        {L"C:f.x", kFile, L"C:\\", L"C:", L"", L"f.x", L"f", L".x", L"", L"C:"},
-        {L"\\\\srv\\share\\d\\f.x", kFile, L"\\\\srv\\share\\", L"\\\\srv\\share\\d\\", L"d\\", L"f.x", L"f",
-         L".x", L"d", L"\\\\srv\\share\\"},
-        {L"\\\\srv\\share", kAuto, L"\\\\srv\\share\\", L"\\\\srv\\share\\", L"", L"", L"", L"", L"",
-         L"\\\\srv\\share\\"},
-        {L"\\\\?\\C:\\d\\f.x", kFile, L"\\\\?\\C:\\", L"\\\\?\\C:\\d\\", L"d\\", L"f.x", L"f", L".x", L"d",
-         L"\\\\?\\C:\\"},
-        {L"\\\\?\\unc\\srv\\share\\f", kFile, L"\\\\?\\unc\\srv\\share\\", L"\\\\?\\unc\\srv\\share\\", L"",
-         L"f", L"f", L"", L"", L"\\\\?\\unc\\srv\\share\\"},
-        {L"\\d\\f.x", kFile, L"\\", L"\\d\\", L"d\\", L"f.x", L"f", L".x", L"d", L"\\"},
-        {L"d\\e\\f.x", kFile, L"\\", L"d\\e\\", L"d\\e\\", L"f.x", L"f", L".x", L"e", L"d\\"},
-        {L"d\\f", kFile, L"\\", L"d\\", L"d\\", L"f", L"f", L"", L"d", L""},
-        {L"f.tar.gz", kFile, L"\\", L"", L"", L"f.tar.gz", L"f.tar", L".gz", L"", L""},
-        {L"", kDirectory, L"\\", L"", L"", L"", L"", L"", L"", L""},
-        {L"\\", kAuto, L"\\", L"\\", L"", L"", L"", L"", L"", L"\\"},
-        {L"C:\\a\\\\b\\\\f", kFile, L"C:\\", L"C:\\a\\\\b\\\\", L"a\\\\b\\\\", L"f", L"f", L"", L"b",
-         L"C:\\a\\\\"},
-        {L"C:/a/f.x", kFile, L"C:\\", L"C:", L"", L"/a/f.x", L"/a/f", L".x", L"", L"C:"},
+    constexpr auto kDir = FILEINFO_DIRECTORY;
+    struct
+    {
+        const wchar_t* name;
+        _FILEINFO_TYPE type;
+        const wchar_t* parts; // root, path, path below the root, name, stem, extension, top directory, parent
+    } const rows[] = {
+        {L"C:\\tmp\\example.JPG", kFile, L"C:\\|C:\\tmp\\|tmp\\|example.JPG|example|.JPG|tmp|C:\\"},
+        {L"C:\\a.b\\c", kFile, L"C:\\|C:\\a.b\\|a.b\\|c|c||a.b|C:\\"},
+        {L"C:\\a\\b\\", kFile, L"C:\\|C:\\a\\b\\|a\\b\\||||b|C:\\a\\"},
+        {L"C:\\a\\b.x", kDir, L"C:\\|C:\\a\\b.x\\|a\\b.x\\||||b.x|C:\\a\\"},
+        {L"C:\\f.x", kFile, L"C:\\|C:\\||f.x|f|.x||C:\\"},
+        {L"C:", kAuto, L"C:\\|C:\\||||||C:\\"},
+        {L"C:f.x", kFile, L"C:\\|C:||f.x|f|.x||C:"},
+        {L"\\\\srv\\share\\d\\f.x", kFile,
+         L"\\\\srv\\share\\|\\\\srv\\share\\d\\|d\\|f.x|f|.x|d|\\\\srv\\share\\"},
+        {L"\\\\srv\\share", kAuto, L"\\\\srv\\share\\|\\\\srv\\share\\||||||\\\\srv\\share\\"},
+        {L"\\\\?\\C:\\d\\f.x", kFile, L"\\\\?\\C:\\|\\\\?\\C:\\d\\|d\\|f.x|f|.x|d|\\\\?\\C:\\"},
+        {L"\\\\?\\unc\\srv\\share\\f", kFile,
+         L"\\\\?\\unc\\srv\\share\\|\\\\?\\unc\\srv\\share\\||f|f|||\\\\?\\unc\\srv\\share\\"},
+        {L"\\d\\f.x", kFile, L"\\|\\d\\|d\\|f.x|f|.x|d|\\"},
+        {L"d\\e\\f.x", kFile, L"\\|d\\e\\|d\\e\\|f.x|f|.x|e|d\\"},
+        {L"d\\f", kFile, L"\\|d\\|d\\|f|f||d|"},
+        {L"f.tar.gz", kFile, L"\\|||f.tar.gz|f.tar|.gz||"},
+        {L"", kDir, L"\\|||||||"},
+        {L"\\", kAuto, L"\\|\\||||||\\"},
+        {L"C:\\a\\\\b\\\\f", kFile, L"C:\\|C:\\a\\\\b\\\\|a\\\\b\\\\|f|f||b|C:\\a\\\\"},
+        {L"C:/a/f.x", kFile, L"C:\\|C:||/a/f.x|/a/f|.x||C:"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const CFileInfo info(row.name, row.type);
-        SCOPED_TRACE(CStringA(row.name).GetString());
-        EXPECT_EQ(info.GetRoot(), CString(row.root));
-        EXPECT_EQ(info.GetPath(), CString(row.path));
-        EXPECT_EQ(info.GetPathWithoutRoot(), CString(row.pathWithoutRoot));
-        EXPECT_EQ(info.GetName(), CString(row.fileName));
-        EXPECT_EQ(info.GetNameWithoutExt(), CString(row.nameWithoutExt));
-        EXPECT_EQ(info.GetExtension(), CString(row.extension));
-        EXPECT_EQ(info.GetTopDirectory(), CString(row.topDirectory));
-        EXPECT_EQ(info.GetParentDirectory(), CString(row.parentDirectory));
-        EXPECT_EQ(info.GetCompleteName(), CString(row.path) + row.fileName);
-        EXPECT_EQ(info.IsDirectory(), *row.fileName == 0 && *row.name != 0);
+        EXPECT_EQ(Parts(info), CString(row.parts)) << CStringA(row.name).GetString();
+        EXPECT_EQ(info.GetCompleteName(), info.GetPath() + info.GetName());
+        EXPECT_EQ(info.IsDirectory(), info.GetName().IsEmpty() && *row.name != 0);
     }
 }
 

@@ -35,6 +35,24 @@ CString Joined(const CStringArray& texts)
     return joined;
 }
 
+CString Code(unsigned int code)
+{
+    CString text;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        text.AppendChar(static_cast<wchar_t>(code >> shift & 0xFF));
+    return text;
+}
+
+CString Described(const CFileExt& ext)
+{
+    CString description, extensions, text;
+    unsigned int fileClass, properties, loader, saver;
+    ext.GetContents(description, extensions, fileClass, properties, loader, saver);
+    text.Format(L";%X;", properties);
+    return description + L";" + extensions + L";" + Code(fileClass) + text + Code(loader) + L";" +
+           Code(saver);
+}
+
 int Entry(IoPluginMode, void*)
 {
     return 1;
@@ -44,56 +62,38 @@ int Entry(IoPluginMode, void*)
 
 TEST(FileKinds, BeginWithTheLibrarysOwn)
 {
-    struct
-    {
-        const wchar_t* description;
-        const wchar_t* extensions;
-        unsigned int fileClass;
-        unsigned int properties;
-        unsigned int loader;
-        unsigned int saver;
-    } const rows[] = {
-        {L"Rla files", L".rla|.rpf", 'RLA ', 0x1001, 'VAKP', 'UNKN'},
-        {L"RAW image files (Canon, Kodak, Minolta, Leica...)",
-         L".crw|.sr2|.cr2|.bay|.nef|.mrw|.orf|.raf|.dcr|.kdc|.kqp|.k25|.srf|.ptx|.pef|.x3f|.dng|.arw|.erf",
-         'RAWS', 0x1001, 'VAKP', 'UNKN'},
-        {L"Z-Buffer files", L".vak", 'ZFIL', 0x100B, 'VAKP', 'VAKP'},
-        {L"Avi files", L".avi", 'AVI ', 0x10113, 'VAKP', 'VAKP'},
-        {L"Zpic softimage files", L".zpic", 'ZPIC', 0x1041, 'VAKP', 'UNKN'},
-        {L"Pic softimage files", L".pic", 'PIC ', 0x1001, 'VAKP', 'UNKN'},
-        {L"Iff files", L".iff", 'IFF ', 0x1011, 'VAKP', 'UNKN'},
-        {L"Photoshop files", L".psd|.pdd", 'PHOT', 0x1011, 'VAKP', 'UNKN'},
-        {L"Cursor files", L".cur|.ani", 'CURS', 0x1011, 'VAKP', 'UNKN'},
-        {L"HDR files", L".hdr", 'HDR ', 0x1001, 'VAKP', 'UNKN'},
-        {L"3ds Max files (Dynamic Data Format Exchange)", L".max", '3MAX', 0x4093, 'VAKP', 'VAKP'},
-        {L"Maya files (Dynamic Data Format Exchange)", L".mb|.ma", 'MAYA', 0x4093, 'VAKP', 'VAKP'},
-        {L"Windows audio files", L".wav", 'AIWV', 0x8011, 'VAKP', 'UNKN'},
-        {L"Windows Media audio files", L".wma", 'AIWM', 0x8011, 'VAKP', 'UNKN'},
-        {L"MPEG Audio files", L".mp3|.mp2|.mpa", 'AIMG', 0x8011, 'VAKP', 'UNKN'},
-        {L"Macintosh audio files", L".aif|.aifc|.aiff", 'AIMC', 0x8011, 'VAKP', 'UNKN'},
-        {L"Unix audio files", L".au", 'AIUX', 0x8011, 'VAKP', 'UNKN'},
-        {L"Midi files", L".mid|.rmi|.midi", 'MIDI', 0x8011, 'VAKP', 'UNKN'},
-        {L"Flash files", L".swf", 'FLAS', 0x23011, 'VAKP', 'UNKN'},
-        {L"Html files", L".htm|.html|.htx|.asp|.alx|.stm|.shtml|.aspx", 'IHTM', 0x21011, 'VAKP', 'UNKN'},
-        {L"QuickTime files", L".mov", 'MOV ', 0x10001, 'VAKP', 'UNKN'},
-        {L"Zip files", L".zip", 'ZIP ', 0x40003, 'VAKP', 'VAKP'},
+    const wchar_t* const rows[] = {
+        L"Rla files;.rla|.rpf;RLA ;1001;VAKP;UNKN",
+        L"RAW image files (Canon, Kodak, Minolta, "
+        L"Leica...);.crw|.sr2|.cr2|.bay|.nef|.mrw|.orf|.raf|.dcr|.kdc|.kqp|.k25|.srf|.ptx|.pef|.x3f|.dng|."
+        L"arw|.erf;RAWS;1001;VAKP;UNKN",
+        L"Z-Buffer files;.vak;ZFIL;100B;VAKP;VAKP",
+        L"Avi files;.avi;AVI ;10113;VAKP;VAKP",
+        L"Zpic softimage files;.zpic;ZPIC;1041;VAKP;UNKN",
+        L"Pic softimage files;.pic;PIC ;1001;VAKP;UNKN",
+        L"Iff files;.iff;IFF ;1011;VAKP;UNKN",
+        L"Photoshop files;.psd|.pdd;PHOT;1011;VAKP;UNKN",
+        L"Cursor files;.cur|.ani;CURS;1011;VAKP;UNKN",
+        L"HDR files;.hdr;HDR ;1001;VAKP;UNKN",
+        L"3ds Max files (Dynamic Data Format Exchange);.max;3MAX;4093;VAKP;VAKP",
+        L"Maya files (Dynamic Data Format Exchange);.mb|.ma;MAYA;4093;VAKP;VAKP",
+        L"Windows audio files;.wav;AIWV;8011;VAKP;UNKN",
+        L"Windows Media audio files;.wma;AIWM;8011;VAKP;UNKN",
+        L"MPEG Audio files;.mp3|.mp2|.mpa;AIMG;8011;VAKP;UNKN",
+        L"Macintosh audio files;.aif|.aifc|.aiff;AIMC;8011;VAKP;UNKN",
+        L"Unix audio files;.au;AIUX;8011;VAKP;UNKN",
+        L"Midi files;.mid|.rmi|.midi;MIDI;8011;VAKP;UNKN",
+        L"Flash files;.swf;FLAS;23011;VAKP;UNKN",
+        L"Html files;.htm|.html|.htx|.asp|.alx|.stm|.shtml|.aspx;IHTM;21011;VAKP;UNKN",
+        L"QuickTime files;.mov;MOV ;10001;VAKP;UNKN",
+        L"Zip files;.zip;ZIP ;40003;VAKP;VAKP",
     };
     unsigned int count = 0;
     const std::unique_ptr<CFileExt[], void (*)(CFileExt*)> files(fileGetRegisteredFiles(count),
                                                                  fileFreeRegisteredFiles);
     ASSERT_GE(count, std::size(rows));
-    for (std::size_t i = 0; i < std::size(rows); ++i) {
-        CString description, extensions;
-        unsigned int fileClass, properties, loader, saver;
-        files[i].GetContents(description, extensions, fileClass, properties, loader, saver);
-        EXPECT_EQ(description, CString(rows[i].description));
-        EXPECT_EQ(extensions, CString(rows[i].extensions));
-        EXPECT_EQ(fileClass, rows[i].fileClass);
-        EXPECT_EQ(properties, rows[i].properties);
-        EXPECT_EQ(loader, rows[i].loader);
-        EXPECT_EQ(saver, rows[i].saver);
-        EXPECT_EQ(files[i].GetInitIoCallback(), nullptr);
-    }
+    for (std::size_t i = 0; i < std::size(rows); ++i)
+        EXPECT_EQ(Described(files[i]), CString(rows[i]));
 }
 
 TEST(FileKinds, AreFoundByTheLastExtensionWhateverItsCase)
