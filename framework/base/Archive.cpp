@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <utility>
 
 namespace {
@@ -30,7 +31,7 @@ ULONGLONG ArchiveBytesLeft(CArchive& archive)
 }
 
 std::vector<BYTE> ReadArchiveBytes(CArchive& archive, ULONGLONG size)
-{
+try {
     const ULONGLONG left = ArchiveAccess::BytesLeft(archive);
     if (size > left)
         ArchiveAccess::Throw(archive, CArchiveException::endOfFile);
@@ -44,6 +45,8 @@ std::vector<BYTE> ReadArchiveBytes(CArchive& archive, ULONGLONG size)
         archive.EnsureRead(bytes.data() + done, UINT(piece));
     }
     return bytes;
+} catch (const std::bad_alloc&) { // a sparse file is as long as it likes
+    AfxThrowMemoryException();
 }
 
 } // namespace vak::detail

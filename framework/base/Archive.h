@@ -257,6 +257,7 @@ VAK_INTERNAL_API ULONGLONG ArchiveBytesLeft(CArchive& archive);
 
 /// Reads exactly `size` bytes or throws endOfFile; a size that the file cannot hold is refused before
 /// anything is allocated, and for an unknown length memory grows only with what really arrives.
+/// CMemoryException when there is not enough.
 VAK_INTERNAL_API std::vector<BYTE> ReadArchiveBytes(CArchive& archive, ULONGLONG size);
 
 } // namespace vak::detail
