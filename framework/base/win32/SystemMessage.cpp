@@ -88,15 +88,15 @@ bool LoadModuleText(CString& out, HMODULE module, UINT id, LANGID language)
 
 bool LoadModuleText(CString& out, HMODULE module, UINT id)
 {
+    if (!IsText(id))
+        return false;
     if (module == nullptr)
         module = reinterpret_cast<HMODULE>(&__ImageBase);
-    const HRSRC block = IsText(id) ? FindResourceW(module, BlockName(id), RT_STRING) : nullptr;
-    if (block == nullptr)
-        return false;
-    if (ReadEntry(out, module, block, id))
+    const HRSRC block = FindResourceW(module, BlockName(id), RT_STRING);
+    if (block != nullptr && ReadEntry(out, module, block, id))
         return true;
-    // The block that suits the user best may lack the entry while another language has it. The enumeration
-    // stops at the first that does.
+    // The language that suits the user best may lack the block or the entry while another has it. The
+    // enumeration stops at the first that does.
     Search search{&out, id, false};
     EnumResourceLanguagesW(module, RT_STRING, BlockName(id), ReadInLanguage,
                            reinterpret_cast<LONG_PTR>(&search));
