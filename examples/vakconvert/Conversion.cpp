@@ -1,0 +1,122 @@
+#include "examples/vakconvert/Conversion.h"
+
+#include "examples/sdk/ImageParser.h"
+#include "examples/sdk/MeshParser.h"
+#include "examples/sdk/Utf8.h"
+#include "examples/vakconvert/WorkFolder.h"
+#include "files/FileIo.h"
+#include "files/FilePath.h"
+#include "files/IoPlugins.h"
+#include "framework/base/Exception.h"
+
+#include <chrono>
+#include <exception>
+#include <new>
+
+namespace {
+
+/// What a file of either family holds.
+struct Content
+{
+    Mesh mesh;
+    Image image;
+};
+
+template <typename Parser, typename Data>
+IO_FILE_RESULT Work(CFileIo& io, Data& data)
+{
+    auto& parser = static_cast<Parser&>(*io.GetCurrentParser());
+    try {
+        return io.IsLoading() ? parser.Load(data) : parser.Save(data);
+    } catch (const std::bad_alloc&) {
+        return IO_FILE_NO_MEMORY;
+    }
+}
+
+/// Makes the parser and lets it read or write. Returns an empty text, or why that failed; exceptions of a
+/// plug-in end here.
+CString Run(CFileIo& io, Content& content)
+{
+    if (io.InitParser() == nullptr)
+        return io.GetIoErrorTxt();
+    try {
+        const IO_FILE_RESULT result = (io.GetKindOf() & kIoPlugin3D) != 0
+                                          ? Work<CMeshParser>(io, content.mesh)
+                                          : Work<CImageParser>(io, content.image);
+        io.SetIoError(result);
+        return result == IO_FILE_SUCCESS ? CString() : io.GetIoErrorTxt();
+    } catch (CException* failure) {
+        CString text;
+        failure->GetErrorMessage(text.GetBuffer(512), 512);
+        text.ReleaseBuffer();
+        failure->Delete();
+        return text.IsEmpty() ? CString(L"the plug-in failed") : text;
+    } catch (const std::exception& failure) {
+        return L"the plug-in failed: " + FromUtf8(failure.what());
+    }
+}
+
+CString Counted(std::size_t count, const wchar_t* one, const wchar_t* many)
+{
+    CString text;
+    text.Format(L"%I64u %s", static_cast<ULONGLONG>(count), count == 1 ? one : many);
+    return text;
+}
+
+CString Describe(const Content& content, bool isMesh)
+{
+    CString text;
+    if (!isMesh) {
+        static constexpr const wchar_t* kChannels[] = {L"grey", L"grey+alpha", L"RGB", L"RGBA"};
+        text.Format(L"%u x %u %s", content.image.width, content.image.height,
+                    kChannels[content.image.channels - 1]);
+        return text;
+    }
+    text = Counted(content.mesh.positions.size(), L"vertex", L"vertices") + L", " +
+           Counted(content.mesh.faceSizes.size(), L"face", L"faces");
+    if (content.mesh.groups.size() > 1)
+        text += L", " + Counted(content.mesh.groups.size(), L"group", L"groups");
+    if (!content.mesh.materials.empty())
+        text += L", " + Counted(content.mesh.materials.size(), L"material", L"materials");
+    return text;
+}
+
+void ConvertInto(const Source& source, const Target& target, const CString& destination, bool overwrite,
+                 Outcome& outcome)
+{
+    Content content;
+    CFileIo input(CFileNameSpec(source.path, 0), FILE_PARSER_LOADING | FILE_PARSER_SILENT, nullptr);
+    outcome.failure = Run(input, content);
+    if (!outcome.failure.IsEmpty())
+        return;
+    outcome.contents = Describe(content, (input.GetKindOf() & kIoPlugin3D) != 0);
+
+    WorkFolder work(destination);
+    if (!work.IsReady()) {
+        outcome.failure = L"nothing can be written in " + destination;
+        return;
+    }
+    const CString name = input.GetNameWithoutExt() + target.extension;
+    CFileIo output(CFileNameSpec(work.Path() + name, target.fileClass),
+                   FILE_PARSER_SILENT | FILE_PARSER_NO_PREFERENCES, nullptr);
+    output.GetCustomData() = target.parameters;
+    outcome.failure = Run(output, content);
+    if (!outcome.failure.IsEmpty())
+        return;
+    output.CloseParser();
+    outcome.bytes = work.MoveOut(name, overwrite, outcome.failure);
+    if (outcome.failure.IsEmpty())
+        outcome.result = destination + name;
+}
+
+} // namespace
+
+Outcome Convert(const Source& source, const Target& target, const CString& destination, bool overwrite)
+{
+    const auto start = std::chrono::steady_clock::now();
+    Outcome outcome;
+    outcome.source = source.path;
+    ConvertInto(source, target, destination, overwrite, outcome);
+    outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return outcome;
+}

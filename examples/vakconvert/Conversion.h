@@ -1,0 +1,20 @@
+#pragma once
+
+#include "examples/vakconvert/Sources.h"
+#include "examples/vakconvert/Target.h"
+
+/// How one file fared.
+struct Outcome
+{
+    CString source;
+    CString result;   ///< the file made; empty after a failure
+    CString contents; ///< what the source holds, in words; empty when it could not be read
+    ULONGLONG bytes = 0;
+    double seconds = 0;
+    CString failure; ///< why it failed; empty for success
+};
+
+/// Converts one file into the folder `destination` (slash-terminated). The result is made in a folder of its
+/// own beside it and moved into place whole, with the files that belong to it; an existing file is replaced
+/// only with `overwrite`.
+Outcome Convert(const Source& source, const Target& target, const CString& destination, bool overwrite);

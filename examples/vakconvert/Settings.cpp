@@ -1,0 +1,128 @@
+#include "examples/vakconvert/Settings.h"
+
+#include "files/DirectoryStack.h"
+#include "files/FilePath.h"
+
+namespace {
+
+struct Switch
+{
+    const wchar_t* name;
+    const wchar_t* shortName;
+    bool Settings::*flag;
+};
+
+constexpr Switch kSwitches[] = {
+    {L"--recurse", L"-r", &Settings::recurse},        {L"--overwrite", L"-y", &Settings::overwrite},
+    {L"--save-options", L"", &Settings::saveOptions}, {L"--list-kinds", L"", &Settings::listKinds},
+    {L"--list-plugins", L"", &Settings::listPlugins}, {L"--help", L"-h", &Settings::help},
+};
+
+bool TakeSwitch(const CString& argument, Settings& settings)
+{
+    for (const Switch& known : kSwitches) {
+        if (argument == known.name || (*known.shortName != 0 && argument == known.shortName)) {
+            settings.*known.flag = true;
+            return true;
+        }
+    }
+    return false;
+}
+
+CString FullPath(const CString& path)
+{
+    CString full = fileMakeAbsolutePath(fileGetCurrentDirectory(), path);
+    return full;
+}
+
+/// Takes an argument that has a value; false when `name` is none of these. `problem` tells of a bad value.
+bool TakeValue(const CString& name, const CString& value, Settings& settings, CString& problem)
+{
+    if (name == L"--to" || name == L"-t") {
+        CString extension = value;
+        extension.MakeLower();
+        if (extension.IsEmpty() || extension.FindOneOf(L"\\/:*?") >= 0)
+            problem.Format(L"\"%s\" is no extension", value.GetString());
+        settings.targets.push_back(extension.Left(1) == L"." ? extension : L"." + extension);
+        return true;
+    }
+    if (name == L"--dest" || name == L"-d") {
+        settings.destination = FullPath(value);
+        fileSlashTerminate(settings.destination);
+        return true;
+    }
+    if (name == L"--preferences") {
+        settings.preferences = FullPath(value);
+        return true;
+    }
+    if (name != L"--option" && name != L"-o")
+        return false;
+    const int equals = value.Find(L'=');
+    if (equals <= 0)
+        problem.Format(L"an option is NAME=VALUE, not \"%s\"", value.GetString());
+    else
+        settings.options.push_back({value.Left(equals), value.Mid(equals + 1)});
+    return true;
+}
+
+CString Complete(const Settings& settings)
+{
+    if (settings.help || settings.listKinds || settings.listPlugins)
+        return {};
+    if (settings.sources.empty())
+        return L"no source was given";
+    return settings.targets.empty() ? L"no target kind was given (--to .stl)" : L"";
+}
+
+} // namespace
+
+CString ParseCommandLine(const std::vector<CString>& arguments, Settings& settings)
+{
+    bool onlySources = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const CString& argument = arguments[i];
+        if (onlySources || argument.Left(1) != L"-") {
+            settings.sources.push_back(FullPath(argument));
+            continue;
+        }
+        if (argument == L"--") {
+            onlySources = true;
+            continue;
+        }
+        if (TakeSwitch(argument, settings))
+            continue;
+        CString problem;
+        const CString value = i + 1 < arguments.size() ? arguments[i + 1] : CString();
+        if (!TakeValue(argument, value, settings, problem)) {
+            problem.Format(L"\"%s\" is no option of this program", argument.GetString());
+            return problem;
+        }
+        if (++i == arguments.size())
+            problem.Format(L"%s needs a value", argument.GetString());
+        if (!problem.IsEmpty())
+            return problem;
+    }
+    return Complete(settings);
+}
+
+CString UsageText()
+{
+    return L"vakconvert: converts 3-D models and images through the format plug-ins in the Plugins folder\n"
+           L"\n"
+           L"  vakconvert --to KIND [--to KIND] [options] SOURCE...\n"
+           L"\n"
+           L"  SOURCE               a file, a folder, or a pattern such as models\\*.obj\n"
+           L"  -t, --to KIND        extension to convert to; one for models and one for images may be given\n"
+           L"  -d, --dest FOLDER    where results go, in the folders of their sources; else beside each "
+           L"source\n"
+           L"  -r, --recurse        visits the folders below as well\n"
+           L"  -y, --overwrite      replaces files that exist\n"
+           L"  -o, --option N=V     sets an option of the target format, such as binary=0 or quality=80\n"
+           L"      --save-options   keeps these options for later runs\n"
+           L"      --preferences F  keeps them in this file\n"
+           L"      --list-kinds     shows what can be read and written, and the options\n"
+           L"      --list-plugins   shows the plug-ins, and why one was refused\n"
+           L"\n"
+           L"The exit code is 0 when everything was converted, 1 when a file failed, 2 when the call is "
+           L"wrong.\n";
+}

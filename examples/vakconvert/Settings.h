@@ -1,0 +1,33 @@
+#pragma once
+
+#include "framework/base/String.h"
+
+#include <vector>
+
+/// What the user asked for on the command line.
+struct Settings
+{
+    struct Option
+    {
+        CString name;
+        CString value;
+    };
+
+    std::vector<CString> sources;
+    std::vector<CString> targets; ///< extensions with their dots, lower-case
+    CString destination;          ///< absolute and slash-terminated; empty: beside each source
+    std::vector<Option> options;
+    CString preferences; ///< another preferences file; empty: the library's own
+    bool recurse = false;
+    bool overwrite = false;
+    bool saveOptions = false;
+    bool listKinds = false;
+    bool listPlugins = false;
+    bool help = false;
+};
+
+/// Reads the arguments (without the program's name). Returns an empty text, or what is wrong with them.
+CString ParseCommandLine(const std::vector<CString>& arguments, Settings& settings);
+
+/// The help text, with line feeds.
+CString UsageText();

@@ -1,0 +1,92 @@
+#include "examples/vakconvert/Sources.h"
+
+#include "core/HashTable.h"
+#include "files/FilePath.h"
+#include "files/FileSystem.h"
+#include "files/IoFile.h"
+#include "files/Wildcards.h"
+
+#include <algorithm>
+
+namespace {
+
+class Search
+{
+public:
+    explicit Search(bool recurse) : m_recurse(recurse) {}
+
+    void AddFile(const CString& path, const CString& folder, bool named)
+    {
+        CString key = path;
+        key.MakeLower();
+        if (m_seen.Insert(key))
+            m_found.push_back({path, folder, named});
+    }
+
+    void AddFolder(const CString& root, const CString& below, const CString& pattern)
+    {
+        std::vector<CString> files;
+        std::vector<CString> folders;
+        List(root + below, files, folders);
+        for (const CString& name : files) {
+            if (fileMatchWilcards(name, pattern, 0))
+                AddFile(root + below + name, below, false);
+        }
+        if (!m_recurse)
+            return;
+        for (const CString& name : folders)
+            AddFolder(root, below + name + L"\\", pattern);
+    }
+
+    std::vector<Source> Take() { return std::move(m_found); }
+    std::size_t Count() const { return m_found.size(); }
+
+private:
+    static void List(const CString& folder, std::vector<CString>& files, std::vector<CString>& folders)
+    {
+        IoFile search;
+        CString name;
+        int matched = 0;
+        for (int more = search.FindFileOpen(folder + L"*.*", L""); more;) {
+            more = search.FindFileNext(name, matched, 1);
+            if (!more || name.IsEmpty())
+                break;
+            (fileIsDirectory(folder + name, 1) ? folders : files).push_back(name);
+        }
+        search.FindFileClose();
+        const auto before = [](const CString& a, const CString& b) { return a.CompareNoCase(b) < 0; };
+        std::sort(files.begin(), files.end(), before);
+        std::sort(folders.begin(), folders.end(), before);
+    }
+
+    bool m_recurse;
+    CHashTable<CString> m_seen;
+    std::vector<Source> m_found;
+};
+
+} // namespace
+
+std::vector<Source> FindSources(const Settings& settings, std::vector<CString>& problems)
+{
+    Search search(settings.recurse);
+    for (const CString& source : settings.sources) {
+        const std::size_t before = search.Count();
+        if (source.FindOneOf(L"*?") >= 0) {
+            const int slash = source.ReverseFind(L'\\');
+            search.AddFolder(source.Left(slash + 1), L"", source.Mid(slash + 1));
+        } else if (fileIsDirectory(source, 1)) {
+            CString folder = source;
+            fileSlashTerminate(folder);
+            search.AddFolder(folder, L"", L"*");
+        } else if (fileExists(source)) {
+            search.AddFile(source, L"", true);
+            continue; // named twice is no problem
+        } else {
+            problems.push_back(source + L": there is no such file or folder");
+            continue;
+        }
+        if (search.Count() == before)
+            problems.push_back(source + L": nothing found");
+    }
+    return search.Take();
+}

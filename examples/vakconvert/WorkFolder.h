@@ -1,0 +1,30 @@
+#pragma once
+
+#include "framework/base/String.h"
+
+/// A new folder inside an existing one, in which a result is made before it is moved into place; removed with
+/// what is left in it when the object goes.
+class WorkFolder
+{
+public:
+    /// The folder's parent is created when it is missing.
+    explicit WorkFolder(const CString& parent);
+    ~WorkFolder();
+    WorkFolder(const WorkFolder&) = delete;
+    WorkFolder& operator=(const WorkFolder&) = delete;
+
+    bool IsReady() const { return m_ready; }
+    /// The folder, slash-terminated.
+    const CString& Path() const { return m_path; }
+
+    /// Moves everything into the parent, `mainName` last, so that whoever sees it sees the files that belong
+    /// to it too. Returns 0 bytes and `failure` set when a file cannot be moved; files moved before stay.
+    ULONGLONG MoveOut(const CString& mainName, bool overwrite, CString& failure);
+
+private:
+    bool MoveFileOut(const CString& name, bool overwrite, CString& failure) const;
+
+    CString m_parent;
+    CString m_path;
+    bool m_ready;
+};
