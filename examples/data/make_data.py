@@ -171,7 +171,7 @@ def main():
     write(tga(96, 64, sky), "images", "photos d'été", "coucher de soleil.tga")
     if len(sys.argv) > 1:
         subprocess.run([sys.argv[1], path("images", "photos d'été", "coucher de soleil.tga"), "-quality", "85",
-                        path("images", "photos d'été", "coucher de soleil.jpg")], check=True)
+                        path("images", "photos d'été", "aurore.jpg")], check=True)
 
 
 main()

@@ -96,7 +96,7 @@ void ConvertInto(const Source& source, const Target& target, const CString& dest
         outcome.failure = L"nothing can be written in " + destination;
         return;
     }
-    const CString name = input.GetNameWithoutExt() + target.extension;
+    const CString name = ResultName(source.path, target);
     CFileIo output(CFileNameSpec(work.Path() + name, target.fileClass),
                    FILE_PARSER_SILENT | FILE_PARSER_NO_PREFERENCES, nullptr);
     output.GetCustomData() = target.parameters;
@@ -110,6 +110,11 @@ void ConvertInto(const Source& source, const Target& target, const CString& dest
 }
 
 } // namespace
+
+CString ResultName(const CString& source, const Target& target)
+{
+    return fileStripPath(source, 1) + target.extension;
+}
 
 Outcome Convert(const Source& source, const Target& target, const CString& destination, bool overwrite)
 {

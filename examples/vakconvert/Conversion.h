@@ -18,3 +18,6 @@ struct Outcome
 /// own beside it and moved into place whole, with the files that belong to it; an existing file is replaced
 /// only with `overwrite`.
 Outcome Convert(const Source& source, const Target& target, const CString& destination, bool overwrite);
+
+/// The name of the file that a conversion makes.
+CString ResultName(const CString& source, const Target& target);

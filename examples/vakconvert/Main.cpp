@@ -1,3 +1,4 @@
+#include "core/HashTable.h"
 #include "examples/vakconvert/Console.h"
 #include "examples/vakconvert/Conversion.h"
 #include "examples/vakconvert/Listing.h"
@@ -71,6 +72,30 @@ int Summarise(const Console& console, const std::vector<Outcome>& outcomes, std:
     return failed == 0 ? 0 : kFailed;
 }
 
+/// `made` holds the results of this run, lower-case: a later source never replaces an earlier one's result.
+Outcome ConvertOne(const Source& source, const Target* target, const Settings& settings,
+                   CHashTable<CString>& made)
+{
+    Outcome outcome;
+    outcome.source = source.path;
+    if (target == nullptr) {
+        outcome.failure = L"no target for its kind";
+        return outcome;
+    }
+    const CString destination =
+        settings.destination.IsEmpty() ? fileStripName(source.path) : settings.destination + source.folder;
+    CString result = destination + ResultName(source.path, *target);
+    result.MakeLower();
+    if (made.IsFound(result)) {
+        outcome.failure = ResultName(source.path, *target) + L" is already the result of another source";
+        return outcome;
+    }
+    outcome = Convert(source, *target, destination, settings.overwrite);
+    if (outcome.failure.IsEmpty())
+        made.Insert(result);
+    return outcome;
+}
+
 int ConvertAll(const Console& console, const Settings& settings)
 {
     std::vector<Target> targets;
@@ -86,23 +111,15 @@ int ConvertAll(const Console& console, const Settings& settings)
 
     std::vector<Outcome> outcomes;
     std::size_t passedOver = 0;
+    CHashTable<CString> made;
     for (std::size_t i = 0; i < sources.size(); ++i) {
         const Source& source = sources[i];
         console.ShowProgress(i, sources.size(), source.path);
         const Target* target = TargetOf(source, targets);
-        if (target == nullptr && !source.named) {
+        if (target == nullptr && !source.named)
             ++passedOver;
-            continue;
-        }
-        if (target == nullptr) {
-            Outcome& outcome = outcomes.emplace_back();
-            outcome.source = source.path;
-            outcome.failure = L"no target for its kind";
-            continue;
-        }
-        const CString destination = settings.destination.IsEmpty() ? fileStripName(source.path)
-                                                                   : settings.destination + source.folder;
-        outcomes.push_back(Convert(source, *target, destination, settings.overwrite));
+        else
+            outcomes.push_back(ConvertOne(source, target, settings, made));
     }
     console.EndProgress();
     const int result = outcomes.empty() ? 0 : Summarise(console, outcomes, passedOver);
