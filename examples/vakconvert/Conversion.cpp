@@ -120,7 +120,7 @@ Outcome Convert(const Source& source, const Target& target, const CString& desti
 {
     const auto start = std::chrono::steady_clock::now();
     Outcome outcome;
-    outcome.source = source.path;
+    outcome.source = source.folder + fileStripPath(source.path);
     ConvertInto(source, target, destination, overwrite, outcome);
     outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return outcome;

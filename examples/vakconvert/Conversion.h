@@ -6,7 +6,7 @@
 /// How one file fared.
 struct Outcome
 {
-    CString source;
+    CString source;   ///< as the user knows it: the path below the source folder
     CString result;   ///< the file made; empty after a failure
     CString contents; ///< what the source holds, in words; empty when it could not be read
     ULONGLONG bytes = 0;

@@ -5,6 +5,7 @@
 #include "files/FilePath.h"
 #include "files/IoPlugins.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -51,15 +52,22 @@ void ListPlugins(const Console& console)
 {
     console.Print(L"Plug-ins in " + GetPluginsDirectory(0) + L"\n");
     std::vector<std::vector<CString>> rows{{L"Plug-in", L"Entry point", L"State"}};
+    std::vector<CString> loaded;
     IoPluginInfo info;
     for (unsigned int i = 0; GetLoadedPlugin(i, info); ++i) {
         CString state;
         state.Format(L"loaded, %d kinds", info.kinds);
         rows.push_back({fileStripPath(info.path), info.entryPoint, state});
+        loaded.push_back(info.path);
     }
     IoPluginRefusal refusal;
-    for (unsigned int i = 0; GetPluginRefusal(i, refusal); ++i)
-        rows.push_back(
-            {fileStripPath(refusal.path), refusal.entryPoint, L"refused: " + GetPluginRefusalText(refusal)});
+    for (unsigned int i = 0; GetPluginRefusal(i, refusal); ++i) {
+        // Every plug-in is asked for both families; that it has just one of them is no news.
+        const bool otherFamily = refusal.reason == IoPluginRefusalReason::NoEntryPoint &&
+                                 std::find(loaded.begin(), loaded.end(), refusal.path) != loaded.end();
+        if (!otherFamily)
+            rows.push_back({fileStripPath(refusal.path), refusal.entryPoint,
+                            L"refused: " + GetPluginRefusalText(refusal)});
+    }
     console.PrintTable(rows);
 }

@@ -9,6 +9,7 @@
 #include "files/FileText.h"
 #include "files/IoPlugins.h"
 #include "framework/base/Application.h"
+#include "framework/base/StringTable.h"
 
 #include <algorithm>
 
@@ -30,6 +31,7 @@ private:
 
 namespace {
 
+constexpr LANGID kEnglish = 1033;
 constexpr int kFailed = 1;
 constexpr int kWrongCall = 2;
 
@@ -77,7 +79,7 @@ Outcome ConvertOne(const Source& source, const Target* target, const Settings& s
                    CHashTable<CString>& made)
 {
     Outcome outcome;
-    outcome.source = source.path;
+    outcome.source = source.folder + fileStripPath(source.path);
     if (target == nullptr) {
         outcome.failure = L"no target for its kind";
         return outcome;
@@ -162,6 +164,7 @@ extern "C" int wmain(int argc, wchar_t** argv)
 {
     const Console console;
     const ConsoleApplication application(console);
+    vak::SetTextLanguage(kEnglish); // what the library has in English; the rest it tells in French
     const std::vector<CString> arguments(argv + 1, argv + argc);
     return Run(console, arguments);
 }
