@@ -25,6 +25,10 @@
 #include "framework/base/StringTable.h"
 #include "framework/base/Time.h"
 
+#include "framework/ui/Dialog.h"
+#include "framework/ui/FileDialog.h"
+#include "framework/ui/Wnd.h"
+
 #include "core/HashKey.h"
 #include "core/HashMap.h"
 #include "core/HashTable.h"

@@ -294,7 +294,10 @@ CString CFileIo::GetPreferencesFilePath() const
 {
     if (!HostPreferencesPath().IsEmpty())
         return HostPreferencesPath();
-    return vak::system::UserDataFolder() + L"Vak Tools\\IoParameters.dat";
+    CString folder = vak::system::UserDataFolder();
+    if (folder.IsEmpty())
+        folder = vak::system::ApplicationFolder();
+    return folder + L"Vak Tools\\IoParameters.dat";
 }
 
 void CFileIo::SetPreferencesFilePath(const CString& path)

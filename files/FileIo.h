@@ -97,7 +97,7 @@ public:
     /// cannot be written. With FILE_PARSER_NO_PREFERENCES does nothing and returns 1.
     int SaveIoParameters(int loading, const CCustomData& data, unsigned int fileClass) const;
     /// The preferences file: the one set by SetPreferencesFilePath, else "IoParameters.dat" in the folder
-    /// "Vak Tools" of the user's application data.
+    /// "Vak Tools" of the user's application data (without one, of the program's folder).
     CString GetPreferencesFilePath() const;
     /// Names the preferences file for the whole process; an empty path goes back to the default.
     static void SetPreferencesFilePath(const CString& path);

@@ -32,6 +32,8 @@ public:
     static constexpr DWORD kDefaultFlags = 0x4 | 0x2;
 
 private:
+    BOOL Show();
+
     BOOL m_bOpenFileDialog;
     CString m_defaultExtension;
     CString m_filter;

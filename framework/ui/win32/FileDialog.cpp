@@ -1,5 +1,6 @@
 #include "framework/ui/FileDialog.h"
 
+#include <cderr.h>
 #include <commdlg.h>
 
 #include <algorithm>
@@ -47,8 +48,18 @@ CFileDialog::~CFileDialog() = default;
 INT_PTR CFileDialog::DoModal()
 {
     m_ofn->hwndOwner = OwnerWindow();
-    const BOOL chosen = m_bOpenFileDialog ? GetOpenFileNameW(m_ofn.get()) : GetSaveFileNameW(m_ofn.get());
+    BOOL chosen = Show();
+    if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
+        // The name offered is none that a file can have: the user shall still see the dialog.
+        m_fileName[0] = L'\0';
+        chosen = Show();
+    }
     return chosen ? IDOK : IDCANCEL;
+}
+
+BOOL CFileDialog::Show()
+{
+    return m_bOpenFileDialog ? GetOpenFileNameW(m_ofn.get()) : GetSaveFileNameW(m_ofn.get());
 }
 
 CString CFileDialog::GetPathName() const

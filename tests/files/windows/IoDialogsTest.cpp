@@ -88,13 +88,17 @@ TEST_F(IoDialogs, TheLogShowsItsLinesInAWindowThatCanBeResized)
 
         const HWND text = GetDlgItem(dialog, IDC_IO_LOG_TEXT);
         const RECT window = DialogDriver::AreaOf(dialog);
+        const HWND button = GetDlgItem(dialog, IDOK);
         const RECT before = DialogDriver::AreaOf(text);
+        const RECT buttonBefore = DialogDriver::AreaOf(button);
         MoveWindow(dialog, window.left, window.top, window.right - window.left + 70,
                    window.bottom - window.top + 30, TRUE);
         const RECT after = DialogDriver::AreaOf(text);
         EXPECT_EQ(after.left, before.left);
         EXPECT_EQ(after.right - before.right, 70);
         EXPECT_EQ(after.bottom - before.bottom, 30);
+        EXPECT_EQ(DialogDriver::AreaOf(button).left - buttonBefore.left, 70);
+        EXPECT_EQ(DialogDriver::AreaOf(button).top - buttonBefore.top, 30);
         MoveWindow(dialog, window.left, window.top, 10, 10, TRUE);
         EXPECT_EQ(DialogDriver::AreaOf(dialog).right - window.left, window.right - window.left);
         DialogDriver::Press(dialog, IDOK);
