@@ -89,7 +89,8 @@ private:
         if (m_class == kPlyClass)
             return WriteFileBytes(path, PlyBytes(mesh, options));
         std::string materials;
-        const CString materialName = fileStripPath(path, 1) + L".mtl";
+        CString materialName = fileStripPath(path, 1) + L".mtl";
+        materialName.Replace(L' ', L'_'); // the format separates names by blanks
         const std::string text = ObjText(mesh, materialName, materials);
         const IO_FILE_RESULT result = WriteFileBytes(path, text);
         if (result != IO_FILE_SUCCESS || materials.empty())
