@@ -129,10 +129,13 @@ void CStdioFileEx::SetCodePage(UINT codePage)
 
 bool CStdioFileEx::IsCodePageKnown(UINT codePage)
 {
+    if (codePage == m_knownCodePage)
+        return true;
     CString nothing;
-    if (codePage != m_knownCodePage && vak::system::ToWide(codePage, "", 0, nothing))
-        m_knownCodePage = codePage;
-    return codePage == m_knownCodePage;
+    if (!vak::system::ToWide(codePage, "", 0, nothing))
+        return false;
+    m_knownCodePage = codePage;
+    return true;
 }
 
 BOOL CStdioFileEx::ReadString(CString& line)
@@ -160,7 +163,7 @@ bool CStdioFileEx::ReadUnicodeLine(CString& line)
         return false;
     const int length = line.GetLength();
     if (length > 0 && line[length - 1] == L'\r')
-        line.Delete(length - 1);
+        line.ReleaseBuffer(length - 1);
     return true;
 }
 

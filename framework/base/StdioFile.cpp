@@ -4,6 +4,7 @@
 #include "framework/base/SystemFile.h"
 #include "framework/base/SystemStream.h"
 #include "framework/base/SystemText.h"
+#include "framework/base/detail/ByteBlock.h"
 
 #include <algorithm>
 #include <bit>
@@ -32,6 +33,22 @@ const char* FindByte(const char* bytes, char wanted, size_t count)
     return count == 0 ? nullptr : static_cast<const char*>(std::memchr(bytes, wanted, count));
 }
 
+/// The first line feed or end of text among `count` bytes, or null.
+const char* FindTextLineEnd(const char* bytes, size_t count)
+{
+    constexpr size_t step = vak::detail::ByteBlock::kSize;
+    size_t at = 0;
+    for (; at + step <= count; at += step) {
+        const size_t found = vak::detail::ByteBlock(bytes + at).FindEither('\n', kEndOfText);
+        if (found != step)
+            return bytes + at + found;
+    }
+    for (; at < count; ++at)
+        if (bytes[at] == '\n' || bytes[at] == kEndOfText)
+            return bytes + at;
+    return nullptr;
+}
+
 wchar_t UnitAt(const char* bytes)
 {
     wchar_t unit;
@@ -42,17 +59,14 @@ wchar_t UnitAt(const char* bytes)
 /// The index of the first line feed among `units` UTF-16 units at any address, or `units`.
 size_t FindWideLineFeed(const char* bytes, size_t units)
 {
-    // Four units at a time: subtracting one borrows into the top bit exactly where the difference to a line
-    // feed is zero, or above such a place.
-    constexpr std::uint64_t ones = 0x0001000100010001;
+    using vak::detail::ByteBlock;
+    constexpr size_t step = ByteBlock::kSize;
     size_t at = 0;
-    for (; at + 4 <= units; at += 4) {
-        std::uint64_t four;
-        std::memcpy(&four, bytes + at * sizeof(wchar_t), sizeof(four));
-        const std::uint64_t difference = four ^ (ones * L'\n');
-        const std::uint64_t hits = (difference - ones) & ~difference & (ones << 15);
-        if (hits != 0)
-            return at + static_cast<size_t>(std::countr_zero(hits)) / 16;
+    for (; at + step <= units; at += step) {
+        const char* const here = bytes + at * sizeof(wchar_t);
+        const size_t found = ByteBlock(here).FindUnit(ByteBlock(here + step), L'\n');
+        if (found != step)
+            return at + found;
     }
     while (at < units && UnitAt(bytes + at * sizeof(wchar_t)) != L'\n')
         ++at;
@@ -64,10 +78,8 @@ void AppendUnits(CString& out, const char* bytes, size_t units)
     const auto old = static_cast<size_t>(out.GetLength());
     if (units > INT_MAX - old)
         AfxThrowMemoryException();
-    const auto length = static_cast<int>(old + units);
-    wchar_t* const room = out.GetBuffer(length) + old;
+    wchar_t* const room = out.GetBufferSetLength(static_cast<int>(old + units)) + old;
     std::memcpy(room, bytes, units * sizeof(wchar_t));
-    out.ReleaseBuffer(length);
 }
 
 } // namespace
@@ -147,6 +159,20 @@ vak::system::StreamBytes CStdioFile::Peek()
     if (seen.count == 0 && std::ferror(m_pStream))
         ThrowStreamError();
     return seen;
+}
+
+/// The bytes with which the next line begins. What BeginReading asks of the stream is asked only where it can
+/// matter, when nothing is buffered: lines are short.
+vak::system::StreamBytes CStdioFile::PeekLine()
+{
+    RequireStream();
+    if (!m_bWriting) {
+        const StreamBytes seen = PeekStream(m_pStream);
+        if (seen.count != 0)
+            return seen;
+    }
+    BeginReading();
+    return Peek();
 }
 
 ULONGLONG CStdioFile::GetPosition() const
@@ -300,22 +326,17 @@ void CStdioFile::Forget()
 
 bool CStdioFile::ReadByteLine(char* scratch, size_t maximum, ByteLine& line)
 {
-    BeginReading();
-    const StreamBytes seen = Peek();
+    const StreamBytes seen = PeekLine();
     // A carriage return before the line feed does not count in text mode.
     const size_t reach = std::min(seen.count, m_bText ? maximum + 1 : maximum);
-    const char* const lf = seen.count == 0 ? nullptr : FindByte(seen.bytes, '\n', reach);
-    if (lf == nullptr)
+    const char* const lf = m_bText ? FindTextLineEnd(seen.bytes, reach) : FindByte(seen.bytes, '\n', reach);
+    if (lf == nullptr || *lf != '\n')
         return ReadByteLineByPieces(scratch, maximum, line);
     size_t length = static_cast<size_t>(lf - seen.bytes);
-    if (m_bText) {
-        if (FindByte(seen.bytes, kEndOfText, length) != nullptr)
-            return ReadByteLineByPieces(scratch, maximum, line);
-        if (length > 0 && lf[-1] == '\r')
-            --length;
-        else if (length == maximum)
-            return ReadByteLineByPieces(scratch, maximum, line);
-    }
+    if (m_bText && length > 0 && lf[-1] == '\r')
+        --length;
+    else if (length == maximum)
+        return ReadByteLineByPieces(scratch, maximum, line);
     SkipStream(m_pStream, static_cast<size_t>(lf - seen.bytes) + 1);
     line = {seen.bytes, length, true};
     return true;
@@ -412,12 +433,12 @@ size_t CStdioFile::ReadConverted(LPTSTR out, size_t room)
 
 BOOL CStdioFile::ReadString(CString& rString)
 {
-    rString.Empty();
     return m_bText ? ReadConvertedLine(rString) : ReadWideLine(rString);
 }
 
 bool CStdioFile::ReadConvertedLine(CString& out)
 {
+    out.Empty();
     char scratch[kPiece];
     ByteLine line;
     if (!ReadByteLine(scratch, sizeof(scratch), line))
@@ -436,9 +457,17 @@ bool CStdioFile::ReadConvertedLine(CString& out)
 
 bool CStdioFile::ReadWideLine(CString& out)
 {
-    BeginReading();
+    StreamBytes seen = PeekLine();
+    // A line in one piece replaces the last one in place, which saves filling the string twice.
+    const size_t whole = FindWideLineFeed(seen.bytes, seen.count / sizeof(wchar_t));
+    if (whole < seen.count / sizeof(wchar_t)) {
+        std::memcpy(out.GetBufferSetLength(static_cast<int>(whole)), seen.bytes, whole * sizeof(wchar_t));
+        SkipStream(m_pStream, (whole + 1) * sizeof(wchar_t));
+        return true;
+    }
+    out.Empty();
     for (bool found = false;; found = true) {
-        const StreamBytes seen = Peek();
+        seen = Peek();
         const size_t units = seen.count / sizeof(wchar_t);
         if (units == 0) {
             // A unit may lie on both sides of the buffer's end.

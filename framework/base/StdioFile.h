@@ -75,6 +75,7 @@ private:
     void BeginWriting();
     void Forget();
     vak::system::StreamBytes Peek();
+    vak::system::StreamBytes PeekLine();
     UINT ReadText(char* out, UINT count);
     void Put(const char* bytes, size_t count);
     bool ReadByteLineByPieces(char* scratch, size_t maximum, ByteLine& line);

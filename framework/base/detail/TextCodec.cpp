@@ -1,9 +1,6 @@
 #include "framework/base/detail/TextCodec.h"
 
-#include <array>
-#include <bit>
-#include <cstdint>
-#include <cstring>
+#include "framework/base/detail/ByteBlock.h"
 
 namespace vak::detail {
 
@@ -11,27 +8,8 @@ namespace {
 
 constexpr std::size_t kStep = 8;
 constexpr wchar_t kReplacement = 0xFFFD;
-
-static_assert(std::endian::native == std::endian::little, "the first byte in memory is the lowest of a word");
-
-/// How many of the next eight bytes stand before the first that is not ASCII.
-std::size_t AsciiRun(const unsigned char* bytes)
-{
-    std::uint64_t word;
-    std::memcpy(&word, bytes, sizeof word);
-    return static_cast<std::size_t>(std::countr_zero(word & 0x8080808080808080u)) / 8;
-}
-
-void Widen(const unsigned char* bytes, wchar_t* out)
-{
-    // By way of locals: bytes may alias anything, and then the compiler takes them one at a time.
-    std::array<unsigned char, kStep> from;
-    std::array<wchar_t, kStep> to;
-    std::memcpy(from.data(), bytes, sizeof from);
-    for (std::size_t i = 0; i < kStep; ++i)
-        to[i] = from[i];
-    std::memcpy(out, to.data(), sizeof to);
-}
+/// A block that holds a byte above ASCII.
+constexpr unsigned char kNotAscii[ByteBlock::kSize] = {0x80};
 
 bool IsTrail(unsigned char byte, unsigned char low = 0x80, unsigned char high = 0xBF)
 {
@@ -42,11 +20,6 @@ bool IsTrail(unsigned char byte, unsigned char low = 0x80, unsigned char high = 
 void DecodeOne(const unsigned char*& p, const unsigned char* end, wchar_t*& out)
 {
     const unsigned char lead = *p++;
-    // Most of Western text.
-    if (lead >= 0xC2 && lead < 0xE0 && p != end && IsTrail(*p)) {
-        *out++ = static_cast<wchar_t>((lead & 0x1F) << 6 | (*p++ & 0x3F));
-        return;
-    }
     const int trails = lead < 0xC2 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : lead < 0xF5 ? 3 : 0;
     unsigned int code = trails == 1 ? lead & 0x1Fu : trails == 2 ? lead & 0x0Fu : lead & 0x07u;
     // The second byte's range keeps out long spellings, surrogates and what lies above U+10FFFF.
@@ -91,25 +64,41 @@ const wchar_t kUpper1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 
 
 std::size_t DecodeUtf8(const char* bytes, std::size_t count, wchar_t* out)
 {
+    constexpr std::size_t step = ByteBlock::kSize;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes);
     const auto* const end = p + count;
     const wchar_t* const begin = out;
     while (p != end) {
-        if (static_cast<std::size_t>(end - p) >= kStep) {
-            // No unit is written for less than a byte, so that eight always fit here.
-            Widen(p, out);
-            const std::size_t run = AsciiRun(p);
+        const auto left = static_cast<std::size_t>(end - p);
+        if (left >= step) {
+            // No unit is written for less than a byte, so that a whole block always fits here.
+            const ByteBlock block(p);
+            block.Widen(out);
+            const std::size_t run = block.AsciiRun();
             p += run;
             out += run;
-            if (run == kStep)
+            if (run == step)
                 continue;
+        } else if (*p < 0x80) {
+            // The last block may begin before `p`: where it is all ASCII it writes the same units again.
+            const ByteBlock last(count >= step ? end - step : kNotAscii);
+            if (last.AsciiRun() == step) {
+                last.Widen(out + left - step);
+                return static_cast<std::size_t>(out + left - begin);
+            }
+            do
+                *out++ = *p++;
+            while (p != end && *p < 0x80);
+            continue;
+        }
+        // The commonest by far, without a loop.
+        if (*p >= 0xC2 && *p < 0xE0 && end - p > 1 && IsTrail(p[1])) {
+            *out++ = static_cast<wchar_t>((p[0] & 0x1F) << 6 | (p[1] & 0x3F));
+            p += 2;
+            continue;
         }
         while (p != end && *p >= 0x80)
             DecodeOne(p, end, out);
-        if (static_cast<std::size_t>(end - p) < kStep) {
-            while (p != end && *p < 0x80)
-                *out++ = *p++;
-        }
     }
     return static_cast<std::size_t>(out - begin);
 }
@@ -167,26 +156,42 @@ void EncodeUtf8(const wchar_t* text, std::size_t count, char* out)
 
 void DecodeLatin1(const char* bytes, std::size_t count, wchar_t* out)
 {
-    const auto* p = reinterpret_cast<const unsigned char*>(bytes);
-    for (; count >= kStep; p += kStep, out += kStep, count -= kStep)
-        Widen(p, out);
-    for (; count != 0; --count)
-        *out++ = *p++;
+    constexpr std::size_t step = ByteBlock::kSize;
+    std::size_t at = 0;
+    for (; at + step <= count; at += step)
+        ByteBlock(bytes + at).Widen(out + at);
+    if (at < count && count >= step) {
+        // The last block begins before the end of the one before and writes the same units again.
+        ByteBlock(bytes + count - step).Widen(out + count - step);
+        return;
+    }
+    for (; at < count; ++at)
+        out[at] = static_cast<unsigned char>(bytes[at]);
 }
 
 void Decode1252(const char* bytes, std::size_t count, wchar_t* out)
 {
-    const auto one = [](unsigned char byte) {
-        return byte >= 0x80 && byte < 0xA0 ? kUpper1252[byte - 0x80] : static_cast<wchar_t>(byte);
+    constexpr std::size_t step = ByteBlock::kSize;
+    const auto some = [bytes, out](std::size_t at, std::size_t end) {
+        for (; at < end; ++at) {
+            const auto byte = static_cast<unsigned char>(bytes[at]);
+            out[at] = byte >= 0x80 && byte < 0xA0 ? kUpper1252[byte - 0x80] : static_cast<wchar_t>(byte);
+        }
     };
-    const auto* p = reinterpret_cast<const unsigned char*>(bytes);
-    for (; count >= kStep; p += kStep, out += kStep, count -= kStep) {
-        Widen(p, out);
-        for (std::size_t i = AsciiRun(p); i < kStep; ++i)
-            out[i] = one(p[i]);
-    }
-    for (; count != 0; --count)
-        *out++ = one(*p++);
+    const auto block = [&](std::size_t at) {
+        const ByteBlock whole(bytes + at);
+        if (whole.HasUpperControl())
+            some(at, at + step);
+        else
+            whole.Widen(out + at);
+    };
+    std::size_t at = 0;
+    for (; at + step <= count; at += step)
+        block(at);
+    if (at < count && count >= step)
+        block(count - step);
+    else
+        some(at, count);
 }
 
 } // namespace vak::detail
