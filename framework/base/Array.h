@@ -9,7 +9,9 @@
 #include "framework/base/Object.h"
 #include "framework/base/detail/Allocator.h"
 
+#include <cstddef>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 template <class TYPE, class ARG_TYPE = const TYPE&>
@@ -113,7 +115,8 @@ INT_PTR CArray<TYPE, ARG_TYPE>::Append(const CArray& from)
 {
     const INT_PTR first = GetSize();
     const std::size_t count = from.m_data.size();
-    m_data.reserve(m_data.size() + count);
+    // By index: `from` may be this array.
+    MakeRoom(count);
     for (std::size_t i = 0; i < count; ++i)
         m_data.push_back(from.m_data[i]);
     return first;

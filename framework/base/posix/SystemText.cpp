@@ -1,5 +1,6 @@
 #include "framework/base/SystemText.h"
 
+#include "framework/base/detail/CaseTable.h"
 #include "framework/base/detail/CodePage.h"
 #include "framework/base/detail/TextCodec.h"
 #include "framework/base/posix/TextTables.h"
@@ -205,40 +206,22 @@ bool EncodePage(UINT codePage, const wchar_t* text, std::size_t length, CStringA
     return true;
 }
 
+void FillCaseTables(wchar_t* upper, wchar_t* lower)
+{
+    for (std::size_t unit = 0; unit < kUnits; ++unit)
+        upper[unit] = lower[unit] = static_cast<wchar_t>(unit);
+    for (const CaseRange& range : kCaseRanges) {
+        for (int unit = range.first; unit <= range.last; unit += range.step) {
+            const int folded = unit + range.toUpper;
+            upper[unit] = static_cast<wchar_t>(folded);
+            lower[folded] = static_cast<wchar_t>(unit);
+        }
+    }
+}
+
 } // namespace vak::detail
 
 namespace vak::system {
-
-namespace {
-
-using detail::kCaseRanges;
-
-/// One entry a unit: folding is too frequent to search the ranges each time.
-struct CaseTable
-{
-    std::array<wchar_t, 0x10000> upper;
-    std::array<wchar_t, 0x10000> lower;
-
-    CaseTable()
-    {
-        for (std::size_t i = 0; i < upper.size(); ++i)
-            upper[i] = lower[i] = static_cast<wchar_t>(i);
-        for (const auto& range : kCaseRanges) {
-            for (int unit = range.first; unit <= range.last; unit += range.step) {
-                upper[static_cast<std::size_t>(unit)] = static_cast<wchar_t>(unit + range.toUpper);
-                lower[static_cast<std::size_t>(unit + range.toUpper)] = static_cast<wchar_t>(unit);
-            }
-        }
-    }
-};
-
-const CaseTable& Case()
-{
-    static const CaseTable table;
-    return table;
-}
-
-} // namespace
 
 UINT AnsiCodePage()
 {
@@ -248,39 +231,6 @@ UINT AnsiCodePage()
 UINT UserAnsiCodePage()
 {
     return detail::kAnsi;
-}
-
-wchar_t ToUpper(wchar_t unit)
-{
-    return Case().upper[unit];
-}
-
-wchar_t ToLower(wchar_t unit)
-{
-    return Case().lower[unit];
-}
-
-void MakeUpper(wchar_t* text, std::size_t length)
-{
-    const auto& upper = Case().upper;
-    std::transform(text, text + length, text, [&](wchar_t unit) { return upper[unit]; });
-}
-
-void MakeLower(wchar_t* text, std::size_t length)
-{
-    const auto& lower = Case().lower;
-    std::transform(text, text + length, text, [&](wchar_t unit) { return lower[unit]; });
-}
-
-int CompareOrdinalIgnoreCase(const wchar_t* a, std::size_t aLength, const wchar_t* b, std::size_t bLength)
-{
-    const auto& upper = Case().upper;
-    const std::size_t common = std::min(aLength, bLength);
-    for (std::size_t i = 0; i < common; ++i) {
-        if (upper[a[i]] != upper[b[i]])
-            return upper[a[i]] < upper[b[i]] ? -1 : 1;
-    }
-    return (aLength > bLength) - (aLength < bLength);
 }
 
 } // namespace vak::system

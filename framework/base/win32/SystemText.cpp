@@ -1,5 +1,6 @@
 #include "framework/base/SystemText.h"
 
+#include "framework/base/detail/CaseTable.h"
 #include "framework/base/detail/CodePage.h"
 
 #include <windows.h>
@@ -37,6 +38,14 @@ bool EncodePage(UINT codePage, const wchar_t* text, std::size_t length, CStringA
     return convert(0, nullptr);
 }
 
+void FillCaseTables(wchar_t* upper, wchar_t* lower)
+{
+    for (std::size_t unit = 0; unit < kUnits; ++unit)
+        upper[unit] = lower[unit] = static_cast<wchar_t>(unit);
+    CharUpperBuffW(upper, kUnits);
+    CharLowerBuffW(lower, kUnits);
+}
+
 } // namespace vak::detail
 
 namespace vak::system {
@@ -54,36 +63,6 @@ UINT UserAnsiCodePage()
                        reinterpret_cast<wchar_t*>(&codePage), size) != size)
         return 0;
     return codePage;
-}
-
-wchar_t ToUpper(wchar_t unit)
-{
-    CharUpperBuffW(&unit, 1);
-    return unit;
-}
-
-wchar_t ToLower(wchar_t unit)
-{
-    CharLowerBuffW(&unit, 1);
-    return unit;
-}
-
-void MakeUpper(wchar_t* text, std::size_t length)
-{
-    CharUpperBuffW(text, static_cast<DWORD>(length));
-}
-
-void MakeLower(wchar_t* text, std::size_t length)
-{
-    CharLowerBuffW(text, static_cast<DWORD>(length));
-}
-
-int CompareOrdinalIgnoreCase(const wchar_t* a, std::size_t aLength, const wchar_t* b, std::size_t bLength)
-{
-    if (aLength == 0 || bLength == 0)
-        return (aLength != 0) - (bLength != 0);
-    return CompareStringOrdinal(a, static_cast<int>(aLength), b, static_cast<int>(bLength), TRUE) -
-           CSTR_EQUAL;
 }
 
 } // namespace vak::system

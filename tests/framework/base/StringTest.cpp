@@ -1,6 +1,7 @@
 #include "framework/base/String.h"
 
 #include "framework/base/Exception.h"
+#include "resources/Ids.h"
 #include "tests/support/Print.h"
 
 #include <gtest/gtest.h>
@@ -198,6 +199,19 @@ TEST(String, FoldsAccentsInBothWidths)
               L"E \x0416 \x03A3 \x0178");
     EXPECT_EQ(CString(L"\x00C9 \x0416 I\x0130").MakeLower(), L"\x00E9 \x0436 i\x0130");
     EXPECT_EQ(CStringA("\xE9\x9C").MakeUpper(), "\xC9\x8C");
+}
+
+TEST(String, ReadsTextsByNumberInBothWidths)
+{
+    CString text(L"kept");
+    EXPECT_FALSE(text.LoadString(64999));
+    EXPECT_EQ(text, L"kept");
+    EXPECT_TRUE(RefusesArgument([&] { text.Format(64999, 1); }));
+    text.Format(IDS_ASK_FOR_REPLACE, L"a.obj");
+    EXPECT_EQ(text, L"Le fichier a.obj existe d\x00E9j\x00E0.\nVoulez-vous le remplacer ?");
+    CStringA narrow;
+    EXPECT_TRUE(narrow.LoadString(IDS_ASK_FOR_REPLACE));
+    EXPECT_EQ(narrow, "Le fichier %s existe d\xE9j\xE0.\nVoulez-vous le remplacer ?");
 }
 
 TEST(String, MovedFromIsEmptyAndSelfAssignmentIsHarmless)
