@@ -39,6 +39,7 @@ VAK_API CString fileRemoveExtension(const CString& path);
 /// Returns the path shortened for display to `width` characters, parts of it replaced by "...".
 VAK_API CString fileCompactPath(const CString& path, int width);
 /// Returns the path shortened for display to `width` pixels in the font of `window`; null: the system's font.
+/// Only where there are windows.
 VAK_API CString fileCompactPath(const CString& path, CWnd* window, int width);
 
 /// Compares two directories, the case aside. A directory is inside another when that one's text occurs

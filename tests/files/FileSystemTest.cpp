@@ -31,16 +31,6 @@ private:
     HANDLE m_file;
 };
 
-std::string ProgramBytes(char characteristics)
-{
-    std::string bytes(0x58, '\0');
-    bytes.replace(0, 2, "MZ");
-    bytes[0x3C] = 0x40;
-    bytes.replace(0x40, 2, "PE");
-    bytes[0x57] = characteristics;
-    return bytes;
-}
-
 } // namespace
 
 TEST(FileSystem, DirectoriesAreKnownByLookOrByTheDisk)
@@ -74,15 +64,9 @@ TEST(FileSystem, DirectoriesAreKnownByLookOrByTheDisk)
         EXPECT_EQ(row.exists, fileExists(row.path));
     }
     EXPECT_EQ(5u, fileGetSize(file));
-    EXPECT_EQ(0u, fileGetSize(folder.Path("absent")));
-}
-
-TEST(FileSystem, SizesBeyondFourGigabytesAreWhole)
-{
-    const TempFolder folder;
-    const CString file = folder.Write("sparse", "");
-    std::filesystem::resize_file(folder.Host("sparse"), 0x100000007);
+    std::filesystem::resize_file(folder.Host("d\u00e9p\u00f4t/caf\u00e9.txt"), 0x100000007);
     EXPECT_EQ(0x100000007u, fileGetSize(file));
+    EXPECT_EQ(0u, fileGetSize(folder.Path("absent")));
 }
 
 TEST(FileSystem, ProgramsAreTold)
@@ -91,7 +75,6 @@ TEST(FileSystem, ProgramsAreTold)
     EXPECT_EQ(1, fileIsExecutable(folder.Write("run.CMD", "")));
     EXPECT_EQ(0, fileIsExecutable(folder.Path("absent.cmd")));
     EXPECT_EQ(0, fileIsExecutable(folder.Write("text.exe", "MZ, but no program")));
-    EXPECT_EQ(0, fileIsExecutable(folder.Write("library.exe", ProgramBytes(0x20))));
     EXPECT_EQ(0, fileIsExecutable(folder.Path()));
     EXPECT_EQ(1, fileIsShortcut(L"C:\\x.LNK"));
     EXPECT_EQ(0, fileIsShortcut(L"C:\\x.lnk\\"));
