@@ -28,11 +28,15 @@ class CHashMap : private vak::detail::HashSlots<vak::detail::MapSlot<KEY, VALUE>
 
 public:
     /// Makes an empty map of NextPrime(n) slots.
-    explicit CHashMap(unsigned int n = Slots::kSmallestSize);
+    explicit CHashMap(unsigned int n = Slots::kSmallestSize) : Slots(n) {}
     /// Copies slot for slot: the copy is walked in the same order. Assignment to itself does nothing.
-    CHashMap(const CHashMap& other);
-    CHashMap& operator=(const CHashMap& other);
-    virtual ~CHashMap();
+    CHashMap(const CHashMap& other) : Slots(other) {}
+    CHashMap& operator=(const CHashMap& other)
+    {
+        Slots::operator=(other);
+        return *this;
+    }
+    virtual ~CHashMap() {}
 
     /// The number of entries; the number of slots; non-zero when there are no entries.
     using Slots::GetCount;
@@ -40,24 +44,52 @@ public:
     using Slots::IsEmpty;
 
     /// Returns 1 and the value of `key`; returns 0 if it is not there, `value` is then untouched.
-    int Find(ARG key, VALUE& value) const;
+    int Find(ARG key, VALUE& value) const
+    {
+        const unsigned int pos = this->FindActive(key);
+        if (pos == Slots::kNoSlot)
+            return 0;
+        value = this->m_slots[pos].value;
+        return 1;
+    }
     /// Returns 1 if `key` is there, else 0.
-    int IsFound(ARG key) const;
+    int IsFound(ARG key) const { return this->FindActive(key) != Slots::kNoSlot; }
 
     /// Returns the position of the first entry, or 0xFFFFFFFF.
     using Slots::GetFirst;
     /// Returns the key at `pos`, which GetFirst or GetNext gave, and its value, and moves `pos` on to the
     /// next entry, or to 0xFFFFFFFF behind the last.
-    const KEY& GetNext(unsigned int& pos, VALUE& value) const;
-    void GetNext(unsigned int& pos, KEY& key, VALUE& value) const;
+    const KEY& GetNext(unsigned int& pos, VALUE& value) const
+    {
+        const auto& slot = this->m_slots[pos];
+        value = slot.value;
+        pos = this->FindActiveElement(pos + 1);
+        return slot.key;
+    }
+    void GetNext(unsigned int& pos, KEY& key, VALUE& value) const { key = GetNext(pos, value); }
 
     /// Files `value` under `key`; returns 1 if the key was added, 0 if its value was replaced (or memory ran
     /// out).
-    int Insert(ARG key, const VALUE& value);
-    int Insert2(ARG key, VALUE value);
+    int Insert(ARG key, const VALUE& value)
+    {
+        const unsigned int hash = vak::HashKey<KEY>::Hash(key);
+        const unsigned int pos = this->FindPos(key, hash);
+        if (!this->IsActive(pos))
+            return this->Activate(pos, key, hash, [&value](auto& slot) { slot.value = value; });
+        this->m_slots[pos].value = value;
+        return 0;
+    }
+    int Insert2(ARG key, VALUE value) { return Insert(key, value); }
 
     /// Returns 1 if `key` was there and is removed, else 0.
-    int Remove(ARG key);
+    int Remove(ARG key)
+    {
+        const unsigned int pos = this->FindActive(key);
+        if (pos == Slots::kNoSlot)
+            return 0;
+        this->Deactivate(pos);
+        return 1;
+    }
     /// Removes all entries and keeps the size.
     using Slots::Clear;
     /// Removes all entries and goes back to 101 slots, which is then also the initial size.
@@ -68,81 +100,3 @@ public:
     /// Shrinks a map with many more slots than entries.
     using Slots::Minimize;
 };
-
-// Every member is defined outside the class: an inline one would not be exported with the instantiation
-// below, and users who do not optimise would not find it.
-template <class KEY, class VALUE, class ARG>
-CHashMap<KEY, VALUE, ARG>::CHashMap(unsigned int n) : Slots(n)
-{
-}
-
-template <class KEY, class VALUE, class ARG>
-CHashMap<KEY, VALUE, ARG>::CHashMap(const CHashMap& other) = default;
-
-template <class KEY, class VALUE, class ARG>
-CHashMap<KEY, VALUE, ARG>& CHashMap<KEY, VALUE, ARG>::operator=(const CHashMap& other) = default;
-
-template <class KEY, class VALUE, class ARG>
-CHashMap<KEY, VALUE, ARG>::~CHashMap() = default;
-
-template <class KEY, class VALUE, class ARG>
-int CHashMap<KEY, VALUE, ARG>::Find(ARG key, VALUE& value) const
-{
-    const unsigned int pos = this->FindActive(key);
-    if (pos == Slots::kNoSlot)
-        return 0;
-    value = this->m_slots[pos].value;
-    return 1;
-}
-
-template <class KEY, class VALUE, class ARG>
-int CHashMap<KEY, VALUE, ARG>::IsFound(ARG key) const
-{
-    return this->FindActive(key) != Slots::kNoSlot;
-}
-
-template <class KEY, class VALUE, class ARG>
-const KEY& CHashMap<KEY, VALUE, ARG>::GetNext(unsigned int& pos, VALUE& value) const
-{
-    const auto& slot = this->m_slots[pos];
-    value = slot.value;
-    pos = this->FindActiveElement(pos + 1);
-    return slot.key;
-}
-
-template <class KEY, class VALUE, class ARG>
-void CHashMap<KEY, VALUE, ARG>::GetNext(unsigned int& pos, KEY& key, VALUE& value) const
-{
-    key = GetNext(pos, value);
-}
-
-template <class KEY, class VALUE, class ARG>
-int CHashMap<KEY, VALUE, ARG>::Insert(ARG key, const VALUE& value)
-{
-    if (this->m_slots == nullptr)
-        return 0;
-    const unsigned int pos = this->FindPos(key);
-    if (!this->IsActive(pos))
-        return this->Activate(pos, key, [&value](auto& slot) { slot.value = value; });
-    this->m_slots[pos].value = value;
-    return 0;
-}
-
-template <class KEY, class VALUE, class ARG>
-int CHashMap<KEY, VALUE, ARG>::Insert2(ARG key, VALUE value)
-{
-    return Insert(key, value);
-}
-
-template <class KEY, class VALUE, class ARG>
-int CHashMap<KEY, VALUE, ARG>::Remove(ARG key)
-{
-    const unsigned int pos = this->FindActive(key);
-    if (pos == Slots::kNoSlot)
-        return 0;
-    this->Deactivate(pos);
-    return 1;
-}
-
-// The definition is in HashMap.cpp.
-extern template class VAK_API CHashMap<int, int, int>;

@@ -22,11 +22,15 @@ class CHashTable : private vak::detail::HashSlots<vak::detail::SetSlot<T>>
 
 public:
     /// Makes an empty set of NextPrime(n) slots.
-    explicit CHashTable(unsigned int n = Slots::kSmallestSize);
+    explicit CHashTable(unsigned int n = Slots::kSmallestSize) : Slots(n) {}
     /// Copies slot for slot: the copy is walked in the same order. Assignment to itself does nothing.
-    CHashTable(const CHashTable& other);
-    CHashTable& operator=(const CHashTable& other);
-    virtual ~CHashTable();
+    CHashTable(const CHashTable& other) : Slots(other) {}
+    CHashTable& operator=(const CHashTable& other)
+    {
+        Slots::operator=(other);
+        return *this;
+    }
+    virtual ~CHashTable() {}
 
     /// The number of keys; the number of slots; non-zero when there are no keys.
     using Slots::GetCount;
@@ -34,19 +38,36 @@ public:
     using Slots::IsEmpty;
 
     /// Returns 1 if `key` is there, else 0.
-    int IsFound(const T& key) const;
+    int IsFound(const T& key) const { return this->FindActive(key) != Slots::kNoSlot; }
 
     /// Returns the position of the first key, or 0xFFFFFFFF.
     using Slots::GetFirst;
     /// Returns the key at `pos`, which GetFirst or GetNext gave, and moves `pos` on to the next key, or to
     /// 0xFFFFFFFF behind the last.
-    const T& GetNext(unsigned int& pos) const;
-    void GetNext(unsigned int& pos, T& key) const;
+    const T& GetNext(unsigned int& pos) const
+    {
+        const T& key = this->m_slots[pos].key;
+        pos = this->FindActiveElement(pos + 1);
+        return key;
+    }
+    void GetNext(unsigned int& pos, T& key) const { key = GetNext(pos); }
 
     /// Returns 1 if `key` was added, 0 if it was there already (or memory ran out).
-    int Insert(const T& key);
+    int Insert(const T& key)
+    {
+        const unsigned int hash = vak::HashKey<T>::Hash(key);
+        const unsigned int pos = this->FindPos(key, hash);
+        return !this->IsActive(pos) && this->Activate(pos, key, hash, [](auto&) {});
+    }
     /// Returns 1 if `key` was there and is removed, else 0.
-    int Remove(const T& key);
+    int Remove(const T& key)
+    {
+        const unsigned int pos = this->FindActive(key);
+        if (pos == Slots::kNoSlot)
+            return 0;
+        this->Deactivate(pos);
+        return 1;
+    }
     /// Removes all keys and keeps the size.
     using Slots::Clear;
     /// Removes all keys and goes back to 101 slots, which is then also the initial size.
@@ -57,61 +78,3 @@ public:
     /// Shrinks a set with many more slots than keys.
     using Slots::Minimize;
 };
-
-// Outside the class, so that the instantiations below export every member; see HashMap.h.
-template <class T>
-CHashTable<T>::CHashTable(unsigned int n) : Slots(n)
-{
-}
-
-template <class T>
-CHashTable<T>::CHashTable(const CHashTable& other) = default;
-
-template <class T>
-CHashTable<T>& CHashTable<T>::operator=(const CHashTable& other) = default;
-
-template <class T>
-CHashTable<T>::~CHashTable() = default;
-
-template <class T>
-int CHashTable<T>::IsFound(const T& key) const
-{
-    return this->FindActive(key) != Slots::kNoSlot;
-}
-
-template <class T>
-const T& CHashTable<T>::GetNext(unsigned int& pos) const
-{
-    const T& key = this->m_slots[pos].key;
-    pos = this->FindActiveElement(pos + 1);
-    return key;
-}
-
-template <class T>
-void CHashTable<T>::GetNext(unsigned int& pos, T& key) const
-{
-    key = GetNext(pos);
-}
-
-template <class T>
-int CHashTable<T>::Insert(const T& key)
-{
-    if (this->m_slots == nullptr)
-        return 0;
-    const unsigned int pos = this->FindPos(key);
-    return !this->IsActive(pos) && this->Activate(pos, key, [](auto&) {});
-}
-
-template <class T>
-int CHashTable<T>::Remove(const T& key)
-{
-    const unsigned int pos = this->FindActive(key);
-    if (pos == Slots::kNoSlot)
-        return 0;
-    this->Deactivate(pos);
-    return 1;
-}
-
-// The definitions are in HashTable.cpp.
-extern template class VAK_API CHashTable<CString>;
-extern template class VAK_API CHashTable<unsigned int>;

@@ -59,31 +59,43 @@ protected:
     HashSlots& operator=(const HashSlots& other);
     ~HashSlots() { FreeArray(); }
 
-    /// The slot that holds `key`, active or deleted, or else the empty slot where its probing ends. Only for
-    /// a table that has slots.
-    unsigned int FindPos(const Key& key) const;
+    /// The slot that holds `key`, active or deleted, or else the empty slot where its probing ends.
+    unsigned int FindPos(const Key& key, std::uint32_t hash) const
+    {
+        // A deleted slot stops the probing of its own key only.
+        const Start at = FindStart(hash, kEachMark * kActive);
+        if (at.stop >= 0 && ((at.marks >> at.stop & 1) == 0 || HashKey<Key>::Equal(m_slots[at.pos].key, key)))
+            return at.pos;
+        return Probe(key, hash);
+    }
+    /// The slot of an active key, or kNoSlot.
+    unsigned int FindActive(const Key& key) const
+    {
+        const std::uint32_t hash = HashKey<Key>::Hash(key);
+        const Start at = FindStart(hash, 0);
+        if (at.stop >= 0) {
+            if ((at.marks >> at.stop & 1) == 0)
+                return kNoSlot;
+            if (HashKey<Key>::Equal(m_slots[at.pos].key, key))
+                return at.pos;
+        }
+        const unsigned int pos = Probe(key, hash);
+        return IsActive(pos) ? pos : kNoSlot;
+    }
     /// The first active slot at or after `pos`, or kNoSlot.
     unsigned int FindActiveElement(unsigned int pos) const;
+    bool IsActive(unsigned int pos) const { return (m_marks[pos] & kActive) != 0; }
+
     /// Replaces the members by an empty array of m_size slots; without memory there is none. The old array is
     /// the caller's.
     bool AllocateArray();
     /// Moves the active entries to an array for `n` slots; false, with the table unchanged, when memory ran
     /// out.
     bool ReHash(std::uint64_t n);
-
-    bool IsActive(unsigned int pos) const { return (m_marks[pos] & kActive) != 0; }
-    /// The slot of an active key, or kNoSlot.
-    unsigned int FindActive(const Key& key) const
-    {
-        if (m_count == 0)
-            return kNoSlot;
-        const unsigned int pos = FindPos(key);
-        return IsActive(pos) ? pos : kNoSlot;
-    }
     /// Makes the slot at `pos`, as FindPos gave it, an active one; false, with nothing changed, when the
     /// table would have to grow and there is no memory.
     template <class FILL>
-    bool Activate(unsigned int pos, const Key& key, FILL fill);
+    bool Activate(unsigned int pos, const Key& key, std::uint32_t hash, FILL fill);
     void Deactivate(unsigned int pos);
 
     // The layout of these five is part of the interface.
@@ -101,6 +113,9 @@ private:
     static constexpr bool kPlain =
         std::is_trivially_copyable_v<SLOT> && std::is_trivially_destructible_v<SLOT>;
 
+    /// Larger tables count as too large for the memory: their remainders would need a division.
+    static constexpr std::uint32_t kMostSlots = 0x80000000;
+
     static std::uint8_t MarkOf(std::uint32_t hash)
     {
         return static_cast<std::uint8_t>(kOccupied | kActive | (hash * 0x9E3779B1u) >> 26);
@@ -113,26 +128,62 @@ private:
         return marks;
     }
 
-    /// `hash` modulo the size, without a division.
+    /// `hash` modulo the size: the fraction of hash / size, rounded up to 32 bits, times the size.
     std::uint32_t Reduce(std::uint32_t hash) const
     {
-        const auto quotient = static_cast<std::uint32_t>(hash * m_reciprocal >> 32);
-        const std::uint32_t rest = hash - quotient * m_size;
-        return rest >= m_size ? rest - m_size : rest;
+        return static_cast<std::uint32_t>(((m_reciprocal * hash >> 32) + 1) * m_size >> 32);
+    }
+
+    /// Where the first three probes end: `stop` is the bit in `marks` that tells an occupied slot, -1 when
+    /// all three pass over other keys' slots.
+    struct Start
+    {
+        std::uint64_t marks;
+        int stop;
+        std::uint32_t pos;
+    };
+    Start FindStart(std::uint32_t hash, std::uint64_t ignored) const
+    {
+        // They go to start, start + 1 and start + 4, whose marks are loaded together: what is left to branch
+        // on is nearly always taken alike. Per mark, different - 1 has the high bit for the key's own mark
+        // (or, rarely, by a borrow: the key is compared anyway), and `different` itself has it for an empty
+        // slot's 0.
+        constexpr std::uint64_t kProbed = 0x0000008000008080;
+        const std::uint32_t start = Reduce(hash);
+        const std::uint64_t marks = LoadMarks(start);
+        const std::uint64_t different = (marks | ignored) ^ kEachMark * MarkOf(hash);
+        const std::uint64_t stops = ((different - kEachMark) | different) & kProbed;
+        if (stops == 0) [[unlikely]]
+            return {marks, -1, start};
+        const int stop = std::countr_zero(stops);
+        std::uint32_t pos = start + static_cast<std::uint32_t>(stop >> 3);
+        if (pos >= m_size) [[unlikely]]
+            pos -= m_size;
+        return {marks, stop, pos};
     }
 
     // Constructors delegate here, so that the destructor cleans up when a key's copy throws.
     HashSlots(unsigned int size, std::nullptr_t) : m_initialSize(size), m_size(size) {}
 
-    void SetMark(unsigned int pos, std::uint8_t mark);
-    unsigned int Probe(const Key& key, std::uint32_t start) const;
+    void SetMark(unsigned int pos, std::uint8_t mark)
+    {
+        m_marks[pos] = mark;
+        if (pos < kRepeatedMarks) [[unlikely]]
+            RepeatMark(pos, mark);
+    }
+    void RepeatMark(unsigned int pos, std::uint8_t mark);
+    unsigned int Probe(const Key& key, std::uint32_t hash) const;
+    void MoveEntries(SLOT* slots, const std::uint8_t* marks, unsigned int size);
     void InsertMoved(SLOT& slot);
     void FreeArray();
     static void FreeSlots(SLOT* slots, unsigned int size);
     static SLOT* AllocateSlots(unsigned int size);
 
-    std::uint8_t* m_marks = nullptr;
-    // Floor of 2^32 / size: the quotient that it gives is exact or one too small.
+    /// A table without slots has these marks, and its reciprocal 0 leads every key to them.
+    static inline std::uint8_t s_noMarks[kRepeatedMarks] = {};
+
+    std::uint8_t* m_marks = s_noMarks;
+    /// 2^64 / size, rounded up.
     std::uint64_t m_reciprocal = 0;
 };
 
@@ -160,7 +211,7 @@ HashSlots<SLOT>& HashSlots<SLOT>::operator=(const HashSlots& other)
     std::swap(m_slots, copy.m_slots);
     std::swap(m_marks, copy.m_marks);
     std::swap(m_size, copy.m_size);
-    m_reciprocal = copy.m_reciprocal;
+    std::swap(m_reciprocal, copy.m_reciprocal);
     m_initialSize = copy.m_initialSize;
     m_used = copy.m_used;
     m_count = copy.m_count;
@@ -215,16 +266,19 @@ bool HashSlots<SLOT>::AllocateArray()
 {
     m_used = 0;
     m_count = 0;
-    m_marks = nullptr;
-    m_slots = m_size != 0 ? AllocateSlots(m_size) : nullptr;
+    m_marks = s_noMarks;
+    m_reciprocal = 0;
+    m_slots = m_size != 0 && m_size <= kMostSlots ? AllocateSlots(m_size) : nullptr;
     if (m_slots == nullptr)
         return false;
-    m_marks = static_cast<std::uint8_t*>(std::calloc(std::size_t{m_size} + kRepeatedMarks, 1));
-    if (m_marks == nullptr) {
-        FreeArray();
+    auto* const marks = static_cast<std::uint8_t*>(std::calloc(std::size_t{m_size} + kRepeatedMarks, 1));
+    if (marks == nullptr) {
+        FreeSlots(m_slots, m_size);
+        m_slots = nullptr;
         return false;
     }
-    m_reciprocal = (std::uint64_t{1} << 32) / m_size;
+    m_marks = marks;
+    m_reciprocal = UINT64_MAX / m_size + 1;
     return true;
 }
 
@@ -259,52 +313,34 @@ void HashSlots<SLOT>::FreeSlots(SLOT* slots, unsigned int size)
 template <class SLOT>
 void HashSlots<SLOT>::FreeArray()
 {
+    // Not by s_noMarks: every module has its own.
+    if (m_slots != nullptr)
+        std::free(m_marks);
     FreeSlots(m_slots, m_size);
-    std::free(m_marks);
     m_slots = nullptr;
-    m_marks = nullptr;
+    m_marks = s_noMarks;
+    m_reciprocal = 0;
     m_used = 0;
     m_count = 0;
 }
 
 template <class SLOT>
-void HashSlots<SLOT>::SetMark(unsigned int pos, std::uint8_t mark)
+void HashSlots<SLOT>::RepeatMark(unsigned int pos, std::uint8_t mark)
 {
-    m_marks[pos] = mark;
     // A table of less than eight slots is repeated as often as it fits.
     for (std::size_t copy = pos; copy < kRepeatedMarks; copy += m_size)
         m_marks[m_size + copy] = mark;
 }
 
+/// FindPos without a short cut.
 template <class SLOT>
-unsigned int HashSlots<SLOT>::FindPos(const Key& key) const
+unsigned int HashSlots<SLOT>::Probe(const Key& key, std::uint32_t hash) const
 {
-    // The first three probes go to start, start + 1 and start + 4, whose marks are loaded together. Few
-    // look-ups need a fourth, and the only branch before the slot is read is one that is nearly always taken
-    // alike.
-    constexpr std::uint64_t kProbed = 0x0000008000008080;
-    const std::uint32_t hash = HashKey<Key>::Hash(key);
-    const std::uint32_t start = Reduce(hash);
-    const std::uint64_t marks = LoadMarks(start);
-    const std::uint64_t different = (marks | kEachMark * kActive) ^ kEachMark * MarkOf(hash);
-    const std::uint64_t alike = (different - kEachMark) & ~different;
-    const std::uint64_t stops = (alike | ~marks) & kProbed;
-    if (stops == 0)
-        return Probe(key, start);
-    const int bit = std::countr_zero(stops);
-    std::size_t pos = std::size_t{start} + static_cast<unsigned int>(bit >> 3);
-    if (pos >= m_size)
-        pos -= m_size;
-    if ((marks >> bit & 1) == 0 || HashKey<Key>::Equal(m_slots[pos].key, key))
-        return static_cast<unsigned int>(pos);
-    return Probe(key, start);
-}
-
-template <class SLOT>
-unsigned int HashSlots<SLOT>::Probe(const Key& key, std::uint32_t start) const
-{
-    std::size_t pos = start;
-    for (std::size_t step = 1; m_marks[pos] != 0 && !HashKey<Key>::Equal(m_slots[pos].key, key); step += 2) {
+    const std::uint8_t mark = MarkOf(hash);
+    std::size_t pos = Reduce(hash);
+    for (std::size_t step = 1; m_marks[pos] != 0; step += 2) {
+        if ((m_marks[pos] | kActive) == mark && HashKey<Key>::Equal(m_slots[pos].key, key))
+            break;
         pos += step;
         if (pos >= m_size)
             pos -= m_size;
@@ -315,7 +351,7 @@ unsigned int HashSlots<SLOT>::Probe(const Key& key, std::uint32_t start) const
 template <class SLOT>
 unsigned int HashSlots<SLOT>::FindActiveElement(unsigned int pos) const
 {
-    if (m_slots == nullptr)
+    if (m_slots == nullptr) [[unlikely]]
         return kNoSlot;
     for (std::size_t at = pos; at < m_size; at += 8) {
         const std::uint64_t active = LoadMarks(at) & kEachMark * kActive;
@@ -329,14 +365,16 @@ unsigned int HashSlots<SLOT>::FindActiveElement(unsigned int pos) const
 
 template <class SLOT>
 template <class FILL>
-bool HashSlots<SLOT>::Activate(unsigned int pos, const Key& key, FILL fill)
+bool HashSlots<SLOT>::Activate(unsigned int pos, const Key& key, std::uint32_t hash, FILL fill)
 {
+    if (m_slots == nullptr) [[unlikely]]
+        return false;
     const std::uint8_t before = m_marks[pos];
     SLOT& slot = m_slots[pos];
     slot.key = key;
     fill(slot);
     slot.state = SlotState::Active;
-    SetMark(pos, MarkOf(HashKey<Key>::Hash(key)));
+    SetMark(pos, MarkOf(hash));
     ++m_count;
     ++m_used;
     if (m_used < m_size / 2 || ReHash(std::uint64_t{m_size} * 2))
@@ -366,6 +404,7 @@ bool HashSlots<SLOT>::ReHash(std::uint64_t n)
         return true;
     SLOT* const oldSlots = m_slots;
     std::uint8_t* const oldMarks = m_marks;
+    const std::uint64_t oldReciprocal = m_reciprocal;
     const unsigned int oldSize = m_size;
     const unsigned int oldUsed = m_used;
     const unsigned int oldCount = m_count;
@@ -373,17 +412,32 @@ bool HashSlots<SLOT>::ReHash(std::uint64_t n)
     if (!AllocateArray()) {
         m_slots = oldSlots;
         m_marks = oldMarks;
+        m_reciprocal = oldReciprocal;
         m_size = oldSize;
         m_used = oldUsed;
         m_count = oldCount;
         return false;
     }
-    for (unsigned int pos = 0; pos < oldSize; ++pos)
-        if ((oldMarks[pos] & kActive) != 0)
-            InsertMoved(oldSlots[pos]);
+    MoveEntries(oldSlots, oldMarks, oldSize);
     FreeSlots(oldSlots, oldSize);
     std::free(oldMarks);
     return true;
+}
+
+/// Inserts the active entries of an older array in the order of its slots.
+template <class SLOT>
+void HashSlots<SLOT>::MoveEntries(SLOT* slots, const std::uint8_t* marks, unsigned int size)
+{
+    for (std::size_t first = 0; first < size; first += 8) {
+        std::uint64_t active;
+        std::memcpy(&active, marks + first, sizeof active);
+        for (active &= kEachMark * kActive; active != 0; active &= active - 1) {
+            const std::size_t pos = first + static_cast<unsigned int>(std::countr_zero(active) >> 3);
+            // The last marks are the first ones repeated.
+            if (pos < size)
+                InsertMoved(slots[pos]);
+        }
+    }
 }
 
 /// Inserts a slot of an older array, whose key is new here and of which no deleted slot tells.
