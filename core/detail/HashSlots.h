@@ -63,7 +63,7 @@ protected:
     unsigned int FindPos(const Key& key, std::uint32_t hash) const
     {
         // A deleted slot stops the probing of its own key only.
-        const Start at = FindStart(hash, kEachMark * kActive);
+        const Start at = FindStart(Reduce(hash), hash, kEachMark * kActive);
         if (at.stop >= 0 && ((at.marks >> at.stop & 1) == 0 || HashKey<Key>::Equal(m_slots[at.pos].key, key)))
             return at.pos;
         return Probe(key, hash);
@@ -72,7 +72,12 @@ protected:
     unsigned int FindActive(const Key& key) const
     {
         const std::uint32_t hash = HashKey<Key>::Hash(key);
-        const Start at = FindStart(hash, 0);
+        const std::uint32_t start = Reduce(hash);
+        // Most keys that are there stand at once where they belong: a guess that lets the slot be fetched
+        // together with its mark.
+        if (m_marks[start] == MarkOf(hash) && HashKey<Key>::Equal(m_slots[start].key, key))
+            return start;
+        const Start at = FindStart(start, hash, 0);
         if (at.stop >= 0) {
             if ((at.marks >> at.stop & 1) == 0)
                 return kNoSlot;
@@ -110,6 +115,8 @@ private:
     static constexpr std::uint8_t kActive = 0x40;
     static constexpr unsigned int kRepeatedMarks = 8;
     static constexpr std::uint64_t kEachMark = 0x0101010101010101;
+    /// The occupied bits of the first three slots of a probing.
+    static constexpr std::uint64_t kProbed = 0x0000008000008080;
     static constexpr bool kPlain =
         std::is_trivially_copyable_v<SLOT> && std::is_trivially_destructible_v<SLOT>;
 
@@ -142,14 +149,12 @@ private:
         int stop;
         std::uint32_t pos;
     };
-    Start FindStart(std::uint32_t hash, std::uint64_t ignored) const
+    Start FindStart(std::uint32_t start, std::uint32_t hash, std::uint64_t ignored) const
     {
         // They go to start, start + 1 and start + 4, whose marks are loaded together: what is left to branch
         // on is nearly always taken alike. Per mark, different - 1 has the high bit for the key's own mark
         // (or, rarely, by a borrow: the key is compared anyway), and `different` itself has it for an empty
         // slot's 0.
-        constexpr std::uint64_t kProbed = 0x0000008000008080;
-        const std::uint32_t start = Reduce(hash);
         const std::uint64_t marks = LoadMarks(start);
         const std::uint64_t different = (marks | ignored) ^ kEachMark * MarkOf(hash);
         const std::uint64_t stops = ((different - kEachMark) | different) & kProbed;
@@ -173,6 +178,7 @@ private:
     }
     void RepeatMark(unsigned int pos, std::uint8_t mark);
     unsigned int Probe(const Key& key, std::uint32_t hash) const;
+    std::size_t ProbeFree(std::size_t pos) const;
     void MoveEntries(SLOT* slots, const std::uint8_t* marks, unsigned int size);
     void InsertMoved(SLOT& slot);
     void FreeArray();
@@ -440,16 +446,30 @@ void HashSlots<SLOT>::MoveEntries(SLOT* slots, const std::uint8_t* marks, unsign
     }
 }
 
+/// The empty slot where a probing from `pos` on ends that meets no key of its own.
+template <class SLOT>
+std::size_t HashSlots<SLOT>::ProbeFree(std::size_t pos) const
+{
+    for (std::size_t step = 1; m_marks[pos] != 0; step += 2) {
+        pos += step;
+        if (pos >= m_size)
+            pos -= m_size;
+    }
+    return pos;
+}
+
 /// Inserts a slot of an older array, whose key is new here and of which no deleted slot tells.
 template <class SLOT>
 void HashSlots<SLOT>::InsertMoved(SLOT& slot)
 {
     const std::uint32_t hash = HashKey<Key>::Hash(slot.key);
     std::size_t pos = Reduce(hash);
-    for (std::size_t step = 1; m_marks[pos] != 0; step += 2) {
-        pos += step;
-        if (pos >= m_size)
+    if (const std::uint64_t free = ~LoadMarks(pos) & kProbed; free != 0) [[likely]] {
+        pos += static_cast<unsigned int>(std::countr_zero(free) >> 3);
+        if (pos >= m_size) [[unlikely]]
             pos -= m_size;
+    } else {
+        pos = ProbeFree(pos);
     }
     m_slots[pos] = std::move(slot);
     SetMark(static_cast<unsigned int>(pos), MarkOf(hash));
