@@ -63,8 +63,8 @@ void Finish(benchmark::State& state, std::uint64_t sum)
 __attribute__((noinline)) std::uint64_t SumVak(IoFile& file)
 {
     std::uint64_t sum = 0;
+    std::uint32_t value = 0;
     for (std::uint32_t i = 0; i < kValues; ++i) {
-        std::uint32_t value = 0;
         if (!file.FileRead(&value, sizeof value))
             break;
         sum += value;
@@ -75,8 +75,8 @@ __attribute__((noinline)) std::uint64_t SumVak(IoFile& file)
 __attribute__((noinline)) std::uint64_t SumFread(std::FILE* file)
 {
     std::uint64_t sum = 0;
+    std::uint32_t value = 0;
     for (std::uint32_t i = 0; i < kValues; ++i) {
-        std::uint32_t value = 0;
         if (std::fread(&value, sizeof value, 1, file) != 1)
             break;
         sum += value;

@@ -24,15 +24,14 @@ public:
     /// growing).
     void Adopt(BYTE* buffer, UINT size, UINT growBytes = kGrowBytes);
 
-    /// Moves past `size` bytes and returns where they stand, valid until the file is changed; null, without
-    /// moving, when fewer are left.
-    const BYTE* Take(size_t size) noexcept
+    /// Whether that many bytes are left to read.
+    bool Has(UINT size) const noexcept { return static_cast<ULONGLONG>(m_nPosition) + size <= m_nFileSize; }
+    /// Moves past `size` bytes, no more than it has, and returns where they stand, valid until the file is
+    /// changed.
+    const BYTE* Pass(UINT size) noexcept
     {
-        const size_t next = m_nPosition + size;
-        if (next < size || next > m_nFileSize)
-            return nullptr;
         const BYTE* bytes = m_lpBuffer + m_nPosition;
-        m_nPosition = next;
+        m_nPosition += size;
         return bytes;
     }
 

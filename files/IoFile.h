@@ -69,11 +69,9 @@ public:
     /// Reads exactly `size` bytes and returns 1; otherwise returns 0, or throws with kStrictReads.
     int FileRead(void* buffer, unsigned int size)
     {
-        if (m_memFile != nullptr) {
-            if (const BYTE* bytes = m_memFile->Take(size)) {
-                CopyValue(buffer, bytes, size);
-                return 1;
-            }
+        if (m_memFile != nullptr && m_memFile->Has(size)) {
+            CopyValue(buffer, m_memFile->Pass(size), size);
+            return 1;
         }
         return ReadFromFile(buffer, size);
     }

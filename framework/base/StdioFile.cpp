@@ -13,6 +13,7 @@
 #include <cstring>
 #include <string>
 
+using vak::detail::ByteBlock;
 using vak::system::PeekStream;
 using vak::system::SkipStream;
 using vak::system::StreamBytes;
@@ -36,12 +37,15 @@ const char* FindByte(const char* bytes, char wanted, size_t count)
 /// The first line feed or end of text among `count` bytes, or null.
 const char* FindTextLineEnd(const char* bytes, size_t count)
 {
-    constexpr size_t step = vak::detail::ByteBlock::kSize;
+    constexpr size_t step = vak::detail::kBlocks * ByteBlock::kSize;
     size_t at = 0;
     for (; at + step <= count; at += step) {
-        const size_t found = vak::detail::ByteBlock(bytes + at).FindEither('\n', kEndOfText);
-        if (found != step)
-            return bytes + at + found;
+        const std::uint64_t found =
+            vak::detail::MaskOfBlocks(bytes + at, ByteBlock::kSize, [](const char* block) {
+                return ByteBlock(block).Either('\n', kEndOfText);
+            });
+        if (found != 0)
+            return bytes + at + std::countr_zero(found);
     }
     for (; at < count; ++at)
         if (bytes[at] == '\n' || bytes[at] == kEndOfText)
@@ -59,14 +63,15 @@ wchar_t UnitAt(const char* bytes)
 /// The index of the first line feed among `units` UTF-16 units at any address, or `units`.
 size_t FindWideLineFeed(const char* bytes, size_t units)
 {
-    using vak::detail::ByteBlock;
-    constexpr size_t step = ByteBlock::kSize;
+    constexpr size_t step = vak::detail::kBlocks * ByteBlock::kSize;
     size_t at = 0;
     for (; at + step <= units; at += step) {
-        const char* const here = bytes + at * sizeof(wchar_t);
-        const size_t found = ByteBlock(here).FindUnit(ByteBlock(here + step), L'\n');
-        if (found != step)
-            return at + found;
+        const std::uint64_t found = vak::detail::MaskOfBlocks(
+            bytes + at * sizeof(wchar_t), 2 * ByteBlock::kSize, [](const char* block) {
+                return ByteBlock(block).Units(ByteBlock(block + ByteBlock::kSize), L'\n');
+            });
+        if (found != 0)
+            return at + static_cast<size_t>(std::countr_zero(found));
     }
     while (at < units && UnitAt(bytes + at * sizeof(wchar_t)) != L'\n')
         ++at;

@@ -2,14 +2,19 @@
 
 #include "framework/base/detail/ByteBlock.h"
 
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
 namespace vak::detail {
 
 namespace {
 
 constexpr std::size_t kStep = 8;
 constexpr wchar_t kReplacement = 0xFFFD;
-/// A block that holds a byte above ASCII.
-constexpr unsigned char kNotAscii[ByteBlock::kSize] = {0x80};
+/// Bytes decoded in one step, and how far a step may read and write beyond them.
+constexpr std::size_t kWindow = 64;
+constexpr std::size_t kSlack = 72;
 
 bool IsTrail(unsigned char byte, unsigned char low = 0x80, unsigned char high = 0xBF)
 {
@@ -42,6 +47,69 @@ void DecodeOne(const unsigned char*& p, const unsigned char* end, wchar_t*& out)
     *out++ = static_cast<wchar_t>(code);
 }
 
+/// Writes 32 or 64 units of the bytes at `p`, at least `count` of them.
+void WidenRun(const unsigned char* p, std::size_t count, wchar_t* out)
+{
+    constexpr std::size_t step = ByteBlock::kSize;
+    ByteBlock(p).Widen(out);
+    ByteBlock(p + step).Widen(out + step);
+    if (count <= 2 * step)
+        return;
+    ByteBlock(p + 2 * step).Widen(out + 2 * step);
+    ByteBlock(p + 3 * step).Widen(out + 3 * step);
+}
+
+/// Copies less than kWindow + kSlack bytes, in blocks: short copies by the compiler are slow ones.
+void CopyRest(const unsigned char* from, std::size_t count, unsigned char* to)
+{
+    constexpr std::size_t step = ByteBlock::kSize;
+    if (count < step) {
+        for (std::size_t i = 0; i < count; ++i)
+            to[i] = from[i];
+        return;
+    }
+    for (std::size_t at = 0; at + step <= count; at += step)
+        std::memcpy(to + at, from + at, step);
+    std::memcpy(to + count - step, from + count - step, step);
+}
+
+/// Decodes the characters that begin among the first `length` bytes, at most kWindow, moves `out` on and
+/// returns where the next one begins. Up to kSlack bytes behind them are read, wherever `end` stands, and as
+/// many units written.
+const unsigned char* DecodeWindow(const unsigned char* p, const unsigned char* end, std::size_t length,
+                                  wchar_t*& out)
+{
+    const std::size_t limit = length < kWindow ? length : kWindow;
+    std::uint64_t mask = MaskOfBlocks(reinterpret_cast<const char*>(p), ByteBlock::kSize,
+                                      [](const char* at) { return ByteBlock(at).NotAscii(); });
+    mask &= ~std::uint64_t(0) >> (kWindow - limit);
+    std::size_t at = 0;
+    while (mask != 0) {
+        const auto next = static_cast<std::size_t>(std::countr_zero(mask));
+        WidenRun(p + at, next - at, out);
+        out += next - at;
+        const unsigned char* character = p + next;
+        // The commonest by far.
+        const bool isPair =
+            (character + 1 < end) & (character[0] - 0xC2u < 0xE0u - 0xC2u) & ((character[1] & 0xC0) == 0x80);
+        if (isPair) {
+            *out++ = static_cast<wchar_t>((character[0] & 0x1F) << 6 | (character[1] & 0x3F));
+            at = next + 2;
+            mask &= mask - 1;
+            mask &= mask - 1;
+            continue;
+        }
+        DecodeOne(character, end, out);
+        at = static_cast<std::size_t>(character - p);
+        mask &= at < kWindow ? ~std::uint64_t(0) << at : 0;
+    }
+    if (at >= limit)
+        return p + at;
+    WidenRun(p + at, limit - at, out);
+    out += limit - at;
+    return p + limit;
+}
+
 bool IsPair(const wchar_t* text, const wchar_t* end)
 {
     return (text[0] & 0xFC00) == 0xD800 && end - text > 1 && (text[1] & 0xFC00) == 0xDC00;
@@ -64,43 +132,25 @@ const wchar_t kUpper1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 
 
 std::size_t DecodeUtf8(const char* bytes, std::size_t count, wchar_t* out)
 {
-    constexpr std::size_t step = ByteBlock::kSize;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes);
     const auto* const end = p + count;
     const wchar_t* const begin = out;
-    while (p != end) {
-        const auto left = static_cast<std::size_t>(end - p);
-        if (left >= step) {
-            // No unit is written for less than a byte, so that a whole block always fits here.
-            const ByteBlock block(p);
-            block.Widen(out);
-            const std::size_t run = block.AsciiRun();
-            p += run;
-            out += run;
-            if (run == step)
-                continue;
-        } else if (*p < 0x80) {
-            // The last block may begin before `p`: where it is all ASCII it writes the same units again.
-            const ByteBlock last(count >= step ? end - step : kNotAscii);
-            if (last.AsciiRun() == step) {
-                last.Widen(out + left - step);
-                return static_cast<std::size_t>(out + left - begin);
-            }
-            do
-                *out++ = *p++;
-            while (p != end && *p < 0x80);
-            continue;
-        }
-        // The commonest by far, without a loop.
-        if (*p >= 0xC2 && *p < 0xE0 && end - p > 1 && IsTrail(p[1])) {
-            *out++ = static_cast<wchar_t>((p[0] & 0x1F) << 6 | (p[1] & 0x3F));
-            p += 2;
-            continue;
-        }
-        while (p != end && *p >= 0x80)
-            DecodeOne(p, end, out);
-    }
-    return static_cast<std::size_t>(out - begin);
+    // No unit is written for less than a byte, so that there is room before the end of the one where there is
+    // in the other.
+    while (static_cast<std::size_t>(end - p) >= kWindow + kSlack)
+        p = DecodeWindow(p, end, kWindow, out);
+    if (p == end)
+        return static_cast<std::size_t>(out - begin);
+    unsigned char rest[kWindow + 2 * kSlack];
+    wchar_t units[kWindow + 2 * kSlack];
+    const auto left = static_cast<std::size_t>(end - p);
+    CopyRest(p, left, rest);
+    std::memset(rest + left, 0, kSlack);
+    wchar_t* to = units;
+    for (const unsigned char* at = rest; at != rest + left;)
+        at = DecodeWindow(at, rest + left, static_cast<std::size_t>(rest + left - at), to);
+    std::memcpy(out, units, static_cast<std::size_t>(to - units) * sizeof(wchar_t));
+    return static_cast<std::size_t>(out - begin + (to - units));
 }
 
 std::size_t Utf8Length(const wchar_t* text, std::size_t count)
@@ -180,7 +230,7 @@ void Decode1252(const char* bytes, std::size_t count, wchar_t* out)
     };
     const auto block = [&](std::size_t at) {
         const ByteBlock whole(bytes + at);
-        if (whole.HasUpperControl())
+        if (whole.UpperControls() != 0)
             some(at, at + step);
         else
             whole.Widen(out + at);
