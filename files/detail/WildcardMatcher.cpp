@@ -60,25 +60,14 @@ class PieceSieve
 public:
     PieceSieve(Units piece, bool folds)
         : m_first(piece.front(), folds), m_second(piece.size() > 1 ? piece[1] : piece.front(), folds),
-          m_distance(piece.size() > 1 ? 1 : 0)
+          m_isPair(piece.size() > 1)
     {
     }
 
     /// False when none of the first `places` places of the name may hold the piece.
     bool MayStand(const wchar_t* name, std::size_t places) const
     {
-        // Two blocks that overlap cover every length without a loop that ends at random.
-        if (places < 8 || (places <= 32 && m_distance == 0))
-            return true;
-        if (places <= 16)
-            return (Sieve<8>(name) | Sieve<8>(name + places - 8)) != 0;
-        if (places <= 32)
-            return (Sieve<16>(name) | Sieve<16>(name + places - 16)) != 0;
-        for (std::size_t place = 0; place < places; place += 32) {
-            if (Sieve<32>(name + std::min(place, places - 32)) != 0)
-                return true;
-        }
-        return false;
+        return m_isPair ? MayStandAs<true>(name, places) : MayStandAs<false>(name, places);
     }
 
 private:
@@ -92,18 +81,36 @@ private:
         std::uint16_t mask;
     };
 
+    template <bool Pair>
+    bool MayStandAs(const wchar_t* name, std::size_t places) const
+    {
+        // Two blocks that overlap cover every length without a loop that ends at random. In a short name a
+        // single unit is found as fast without them.
+        if (places < 8 || (places <= 32 && !Pair))
+            return true;
+        if (places <= 16)
+            return (Sieve<8, Pair>(name) | Sieve<8, Pair>(name + places - 8)) != 0;
+        if (places <= 32)
+            return (Sieve<16, Pair>(name) | Sieve<16, Pair>(name + places - 16)) != 0;
+        for (std::size_t place = 0; place < places; place += 32) {
+            if (Sieve<32, Pair>(name + std::min(place, places - 32)) != 0)
+                return true;
+        }
+        return false;
+    }
+
     /// Not 0 when one of `Count` places may hold the first two units. A loop of constant length without
     /// branches, which compilers turn into vector instructions.
-    template <std::size_t Count>
+    template <std::size_t Count, bool Pair>
     unsigned int Sieve(const wchar_t* name) const
     {
         std::uint16_t equal = 0;
         std::uint16_t all = 0;
         for (std::size_t i = 0; i < Count; ++i) {
-            const wchar_t second = name[i + m_distance];
-            const auto differs = static_cast<std::uint16_t>(((name[i] ^ m_first.value) & m_first.mask) |
-                                                            ((second ^ m_second.value) & m_second.mask));
-            equal |= static_cast<std::uint16_t>(differs - 1);
+            const wchar_t second = name[i + (Pair ? 1 : 0)];
+            const int firstDiffers = (name[i] ^ m_first.value) & m_first.mask;
+            const int secondDiffers = Pair ? (second ^ m_second.value) & m_second.mask : 0;
+            equal |= static_cast<std::uint16_t>((firstDiffers | secondDiffers) - 1);
             all |= static_cast<std::uint16_t>(name[i] | second);
         }
         return (equal & 0x8000u) | (all & 0xFF80u);
@@ -111,7 +118,7 @@ private:
 
     Unit m_first;
     Unit m_second;
-    std::size_t m_distance;
+    bool m_isPair;
 };
 
 /// Matches one name with one pattern; `Fold` says which different units count as equal.
@@ -182,17 +189,19 @@ private:
     {
         if (name.size() < piece.size())
             return false;
-        const PieceSieve sieve(piece, Fold::kFolds);
         const std::size_t places = name.size() - piece.size() + 1;
-        if (!sieve.MayStand(name.data(), places))
-            return false;
-        for (std::size_t place = 0; place < places; ++place) {
-            if (!BeginsWith(name.subspan(place), piece))
-                continue;
-            name = name.subspan(place + piece.size());
-            return true;
+        std::size_t place = 0;
+        if (!BeginsWith(name, piece)) {
+            if (!PieceSieve(piece, Fold::kFolds).MayStand(name.data(), places))
+                return false;
+            do
+                ++place;
+            while (place < places && !BeginsWith(name.subspan(place), piece));
         }
-        return false;
+        if (place == places)
+            return false;
+        name = name.subspan(place + piece.size());
+        return true;
     }
 
     bool BeginsWith(Units name, Units piece) const
