@@ -52,9 +52,8 @@ struct Folded
     const wchar_t* upper;
 };
 
-/// Finds the places in a name where a piece of a pattern may stand, by the piece's first two units: a few
-/// units at once instead of one by one. Units beyond ASCII and the bit that folding changes are left to a
-/// closer look.
+/// Tells quickly when a piece of a pattern stands nowhere in a name, by the piece's first two units and many
+/// places at once. Units beyond ASCII and the bit that folding changes are left to a closer look.
 class PieceSieve
 {
 public:
