@@ -105,7 +105,7 @@ void Rewrite(const Lines& lines, UINT codePage, bool text, bool utf16)
         for (const CString& line : kept)
             file.WriteString(line + (text && !utf16 ? L"\n" : L"\r\n"));
     }
-    CStdioFileEx file(Path(), utf16 ? CFile::typeText : mode);
+    CStdioFileEx file(Path(), utf16 ? UINT{CFile::typeText} : mode);
     file.SetCodePage(codePage);
     Require(Read(file, kept.size() + 1) == kept);
 }
