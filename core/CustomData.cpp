@@ -13,9 +13,10 @@ using vak::detail::StoredEntry;
 CCustomData::CCustomData() = default;
 
 CCustomData::CCustomData(const CCustomData& other)
+    : m_stringMode(other.m_stringMode), m_entries(other.m_entries)
 {
-    if (m_entries.Assign(other.m_entries.Data(), other.m_entries.Size(), other.m_entries.Count()))
-        m_stringMode = other.m_stringMode;
+    if (!HasData())
+        m_stringMode = 0;
 }
 
 CCustomData& CCustomData::operator=(const CCustomData& other)
@@ -30,7 +31,8 @@ CCustomData& CCustomData::operator=(const CCustomData& other)
 
 CCustomData::~CCustomData()
 {
-    std::free(m_image);
+    if (m_image != nullptr)
+        std::free(m_image);
 }
 
 CCustomData* CCustomData::Copy() const
@@ -183,12 +185,11 @@ void CCustomData::SetCustom(unsigned int id, const void* data, unsigned int size
 /// The place for a value of `size` bytes, at least 1, under the id; null when memory ran out.
 StoredEntry CCustomData::Reserve(unsigned int id, unsigned int size, unsigned int kind)
 {
-    if (const StoredEntry first = m_entries.Find(id)) {
-        if (const StoredEntry same = m_entries.FindSized(first, id, size)) {
-            same.SetKind(kind);
-            return same;
-        }
-        Remove(first);
+    if (const StoredEntry same = m_entries.FindSized(id, size)) {
+        same.SetKind(kind);
+        return same;
     }
+    if (const StoredEntry first = m_entries.Find(id)) [[unlikely]]
+        Remove(first);
     return m_entries.Append(id, size, kind);
 }

@@ -15,25 +15,37 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "text is copied as the machine holds it");
 
-/// The number of units of width `unit` in front of the first zero one, or all that fit.
-unsigned int TextLength(const unsigned char* text, unsigned int size, unsigned int unit)
+/// The number of units in front of the first zero one, or all that fit into `size` bytes.
+template <class UNIT>
+unsigned int TextLength(const unsigned char* text, unsigned int size)
 {
-    const unsigned int units = size / unit;
-    for (unsigned int i = 0; i < units; ++i)
-        if (text[i * unit] == 0 && text[i * unit + unit - 1] == 0)
-            return i;
-    return units;
+    constexpr unsigned int kUnits = 8 / sizeof(UNIT);
+    constexpr std::uint64_t kOnes = sizeof(UNIT) == 1 ? 0x0101010101010101 : 0x0001000100010001;
+    constexpr std::uint64_t kHighBits = kOnes << (sizeof(UNIT) * 8 - 1);
+    const unsigned int units = size / sizeof(UNIT);
+    unsigned int i = 0;
+    for (; units - i >= kUnits; i += kUnits) {
+        const auto word = LoadLittleEndian<std::uint64_t>(text + i * sizeof(UNIT));
+        if (const std::uint64_t zero = (word - kOnes) & ~word & kHighBits; zero != 0)
+            return i + static_cast<unsigned int>(std::countr_zero(zero)) / (sizeof(UNIT) * 8);
+    }
+    while (i < units && LoadLittleEndian<UNIT>(text + i * sizeof(UNIT)) != 0)
+        ++i;
+    return i;
 }
 
-/// Text of `length` units that lie at any alignment.
+/// Text up to its terminator, from units that lie at any alignment.
 template <class TEXT>
-TEXT MakeText(const unsigned char* bytes, unsigned int length)
+void ReadText(const unsigned char* bytes, unsigned int size, TEXT& text)
 {
-    TEXT text;
-    if (length > 0)
-        std::memcpy(text.GetBufferSetLength(static_cast<int>(length)), bytes,
-                    length * sizeof(typename TEXT::XCHAR));
-    return text;
+    using Unit = typename TEXT::XCHAR;
+    const unsigned int length = TextLength<std::make_unsigned_t<Unit>>(bytes, size);
+    if (length == 0)
+        text.Empty();
+    else if (reinterpret_cast<std::uintptr_t>(bytes) % alignof(Unit) == 0)
+        text.SetString(static_cast<const Unit*>(static_cast<const void*>(bytes)), static_cast<int>(length));
+    else
+        std::memcpy(text.GetBufferSetLength(static_cast<int>(length)), bytes, length * sizeof(Unit));
 }
 
 unsigned int TextSize(const CString& text)
@@ -56,15 +68,33 @@ void ForEachText(const CObject& texts, VISIT visit)
     }
 }
 
-/// Splits a value at its terminators; what follows the last one is dropped. Returns the number of pieces.
-template <class ADD>
-int SplitTexts(const unsigned char* value, unsigned int size, unsigned int unit, ADD add)
+/// Reads a value whose text is of the type STORED, converted by the ANSI code page if need be.
+template <class STORED, class TEXT>
+void ReadInto(StoredEntry entry, TEXT& out)
 {
+    if constexpr (std::is_same_v<STORED, TEXT>) {
+        ReadText(entry.Value(), entry.Size(), out);
+    } else {
+        STORED text;
+        ReadText(entry.Value(), entry.Size(), text);
+        out = text;
+    }
+}
+
+/// Splits a value at its terminators; what follows the last one is dropped. Returns the number of pieces.
+template <class TEXT, class ADD>
+int SplitTexts(const unsigned char* value, unsigned int size, ADD add)
+{
+    constexpr unsigned int kUnit = sizeof(typename TEXT::XCHAR);
     int count = 0;
-    for (unsigned int length; (length = TextLength(value, size, unit)) < size / unit; ++count) {
-        add(unit == 2 ? MakeText<CStringW>(value, length) : CStringW(MakeText<CStringA>(value, length)));
-        value += (length + 1) * unit;
-        size -= (length + 1) * unit;
+    for (unsigned int length;
+         (length = TextLength<std::make_unsigned_t<typename TEXT::XCHAR>>(value, size)) < size / kUnit;
+         ++count) {
+        TEXT text;
+        ReadText(value, size, text);
+        add(CString(text));
+        value += (length + 1) * kUnit;
+        size -= (length + 1) * kUnit;
     }
     return count;
 }
@@ -207,7 +237,7 @@ void CCustomData::AddToCustomData(unsigned int id, const CCustomData& src, int k
 template <class T>
 int CCustomData::GetValue(unsigned int id, T& out, T def) const
 {
-    const StoredEntry entry = m_entries.FindSized(m_entries.Find(id), id, sizeof out);
+    const StoredEntry entry = m_entries.FindSized(id, sizeof out);
     if (!entry || entry.Kind() == vak::kind::Invalid) {
         out = def;
         return 0;
@@ -271,7 +301,7 @@ int CCustomData::GetPtr(unsigned int id, void*& out) const
 
 int CCustomData::GetBinary(unsigned int id, void* out, unsigned int size) const
 {
-    const StoredEntry entry = m_entries.FindSized(m_entries.Find(id), id, size);
+    const StoredEntry entry = m_entries.FindSized(id, size);
     if (!entry)
         return 0;
     if (size != 0)
@@ -305,9 +335,9 @@ int CCustomData::GetText(unsigned int id, TEXT& out, const TEXT& def) const
     const unsigned int kind = entry.Kind();
     const bool untyped = kind == vak::kind::Untyped;
     if (kind == vak::kind::WideText || (untyped && m_stringMode == 1))
-        out = MakeText<CStringW>(entry.Value(), TextLength(entry.Value(), entry.Size(), 2));
+        ReadInto<CStringW>(entry, out);
     else if (kind == vak::kind::NarrowText || (untyped && m_stringMode == 2))
-        out = MakeText<CStringA>(entry.Value(), TextLength(entry.Value(), entry.Size(), 1));
+        ReadInto<CStringA>(entry, out);
     else
         out = def;
     return 1;
@@ -336,19 +366,17 @@ int CCustomData::GetStrings(unsigned int id, CObject& out) const
     const StoredEntry entry = m_entries.Find(id);
     const unsigned int kind = entry ? entry.Kind() : vak::kind::Invalid;
     const bool untyped = kind == vak::kind::Untyped;
-    unsigned int unit = 0;
-    if (kind == vak::kind::WideTexts || (untyped && m_stringMode == 1))
-        unit = 2;
-    else if (kind == vak::kind::NarrowTexts || (untyped && m_stringMode == 2))
-        unit = 1;
-    if (unit == 0)
-        return 0;
-    return SplitTexts(entry.Value(), entry.Size(), unit, [&out, isList](const CString& text) {
+    const auto add = [&out, isList](const CString& text) {
         if (isList)
             static_cast<CStringList&>(out).AddTail(text);
         else
             static_cast<CStringArray&>(out).Add(text);
-    });
+    };
+    if (kind == vak::kind::WideTexts || (untyped && m_stringMode == 1))
+        return SplitTexts<CStringW>(entry.Value(), entry.Size(), add);
+    if (kind == vak::kind::NarrowTexts || (untyped && m_stringMode == 2))
+        return SplitTexts<CStringA>(entry.Value(), entry.Size(), add);
+    return 0;
 }
 
 int CCustomData::GetCustomData(unsigned int id, CCustomData& out) const

@@ -22,8 +22,7 @@ bool EntryBlock::Contains(const void* bytes) const
 
 void EntryBlock::Clear()
 {
-    std::free(m_data);
-    std::free(m_index);
+    Release();
     m_data = nullptr;
     m_index = nullptr;
     m_size = 0;
@@ -51,6 +50,12 @@ void EntryBlock::Swap(EntryBlock& other)
 bool EntryBlock::Assign(const unsigned char* entries, std::uint32_t size, std::uint32_t count)
 {
     Clear();
+    return Allocate(entries, size, count);
+}
+
+/// Fills an empty block.
+bool EntryBlock::Allocate(const unsigned char* entries, std::uint32_t size, std::uint32_t count)
+{
     if (size == 0)
         return true;
     m_data = static_cast<unsigned char*>(std::malloc(size));
@@ -98,21 +103,6 @@ bool EntryBlock::MakeRoom(std::uint32_t valueSize)
     return true;
 }
 
-StoredEntry EntryBlock::Append(std::uint32_t id, std::uint32_t size, std::uint32_t kind)
-{
-    if (!MakeRoom(size))
-        return {};
-    const StoredEntry entry{m_data + m_size};
-    entry.SetId(id);
-    StoreLittleEndian(entry.header + 4, size);
-    entry.SetKind(kind);
-    ++m_count;
-    if (m_shift != 0 && !AddToIndex(id, m_size))
-        m_shift = 0;
-    m_size += StoredEntry::kHeaderSize + size;
-    return entry;
-}
-
 void EntryBlock::Remove(StoredEntry entry)
 {
     constexpr std::uint32_t kKeptBlock = 4096;
@@ -150,11 +140,14 @@ StoredEntry EntryBlock::FindWithoutIndex(std::uint32_t id) const
     return {};
 }
 
-StoredEntry EntryBlock::FindLater(StoredEntry first, std::uint32_t id, std::uint32_t size) const
+StoredEntry EntryBlock::FindSizedSlowly(std::uint32_t id, std::uint32_t size) const
 {
+    StoredEntry entry = Find(id);
+    if (!entry || entry.Size() == size)
+        return entry;
     if (m_shift != 0 && !m_repeats)
         return {};
-    for (StoredEntry entry = first.Next(); !IsEnd(entry); entry = entry.Next())
+    for (entry = entry.Next(); !IsEnd(entry); entry = entry.Next())
         if (entry.Id() == id && entry.Size() == size)
             return entry;
     return {};
@@ -191,25 +184,6 @@ bool EntryBlock::AllocateIndex() const
     }
     std::memset(static_cast<void*>(m_index), 0xFF, sizeof(IndexSlot) << bits);
     return true;
-}
-
-/// False when the index is full or has become slow.
-bool EntryBlock::AddToIndex(std::uint32_t id, std::uint32_t offset) const
-{
-    if (m_count > (1u << m_indexBits) / 2)
-        return false;
-    std::uint32_t slot = FirstSlot(id);
-    for (unsigned int probe = 0; probe < kLongestProbe; ++probe, slot = (slot + 1) & LastSlot()) {
-        if (m_index[slot].offset == kFree) {
-            m_index[slot] = {id, offset};
-            return true;
-        }
-        if (m_index[slot].id == id) {
-            m_repeats = true;
-            return true;
-        }
-    }
-    return false;
 }
 
 } // namespace vak::detail

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 namespace vak::detail {
 
@@ -35,9 +36,10 @@ class EntryBlock
 {
 public:
     EntryBlock() = default;
-    EntryBlock(const EntryBlock&) = delete;
+    /// Copies the entries; without memory the copy is empty.
+    EntryBlock(const EntryBlock& other) { Allocate(other.m_data, other.m_size, other.m_count); }
     EntryBlock& operator=(const EntryBlock&) = delete;
-    ~EntryBlock() { Clear(); }
+    ~EntryBlock() { Release(); }
 
     std::uint32_t Size() const { return m_size; }
     std::uint32_t Count() const { return m_count; }
@@ -51,21 +53,19 @@ public:
     /// The first entry with the id.
     StoredEntry Find(std::uint32_t id) const
     {
-        if (m_shift == 0)
+        if (m_shift == 0) [[unlikely]]
             return FindWithoutIndex(id);
-        const std::uint32_t mask = LastSlot();
-        for (std::uint32_t slot = FirstSlot(id);; slot = (slot + 1) & mask) {
-            const IndexSlot at = m_index[slot];
-            if (at.offset == kFree)
-                return {};
-            if (at.id == id)
-                return {m_data + at.offset};
-        }
+        return FindByIndex(id);
     }
-    /// The first entry with the id and the size, given the first with the id.
-    StoredEntry FindSized(StoredEntry first, std::uint32_t id, std::uint32_t size) const
+    /// The first entry with the id and the size.
+    StoredEntry FindSized(std::uint32_t id, std::uint32_t size) const
     {
-        return !first || first.Size() == size ? first : FindLater(first, id, size);
+        if (m_shift != 0) [[likely]] {
+            const StoredEntry first = FindByIndex(id);
+            if (!first || first.Size() == size)
+                return first;
+        }
+        return FindSizedSlowly(id, size);
     }
 
     void Clear();
@@ -81,7 +81,23 @@ public:
     /// Makes room behind the last entry; false without memory, or when the entries would be too many (Fits).
     bool MakeRoom(std::uint32_t valueSize);
     /// Adds an entry with that id, size and kind, whose value the caller fills in; null as MakeRoom.
-    StoredEntry Append(std::uint32_t id, std::uint32_t size, std::uint32_t kind);
+    StoredEntry Append(std::uint32_t id, std::uint32_t size, std::uint32_t kind)
+    {
+        // Up to here a block fits whatever its entries are.
+        constexpr std::uint64_t kAlwaysFits = 0x80000000;
+        const std::uint64_t needed = std::uint64_t{m_size} + StoredEntry::kHeaderSize + size;
+        if ((needed > m_capacity || needed > kAlwaysFits) && !MakeRoom(size)) [[unlikely]]
+            return {};
+        const StoredEntry entry{m_data + m_size};
+        entry.SetId(id);
+        StoreLittleEndian(entry.header + 4, size);
+        entry.SetKind(kind);
+        ++m_count;
+        if (m_shift != 0 && !AddToIndex(id, m_size)) [[unlikely]]
+            m_shift = 0;
+        m_size = static_cast<std::uint32_t>(needed);
+        return entry;
+    }
     void Remove(StoredEntry entry);
     void Rename(StoredEntry entry, std::uint32_t id);
 
@@ -99,11 +115,45 @@ private:
 
     std::uint32_t FirstSlot(std::uint32_t id) const { return id * 0x9E3779B1u >> m_shift; }
     std::uint32_t LastSlot() const { return 0xFFFFFFFFu >> m_shift; }
+    bool Allocate(const unsigned char* entries, std::uint32_t size, std::uint32_t count);
+    void Release() const
+    {
+        std::free(m_data);
+        if (m_index != nullptr)
+            std::free(m_index);
+    }
+    StoredEntry FindByIndex(std::uint32_t id) const
+    {
+        for (std::uint32_t slot = FirstSlot(id);; slot = (slot + 1) & LastSlot()) {
+            const IndexSlot at = m_index[slot];
+            if (at.id == id && at.offset != kFree) [[likely]]
+                return {m_data + at.offset};
+            if (at.offset == kFree)
+                return {};
+        }
+    }
+    /// False when the index is full or has become slow.
+    bool AddToIndex(std::uint32_t id, std::uint32_t offset) const
+    {
+        if (m_count > LastSlot() / 2) [[unlikely]]
+            return false;
+        std::uint32_t slot = FirstSlot(id);
+        for (unsigned int probe = 0; probe < kLongestProbe; ++probe, slot = (slot + 1) & LastSlot()) {
+            if (m_index[slot].offset == kFree) [[likely]] {
+                m_index[slot] = {id, offset};
+                return true;
+            }
+            if (m_index[slot].id == id) {
+                m_repeats = true;
+                return true;
+            }
+        }
+        return false;
+    }
     StoredEntry FindWithoutIndex(std::uint32_t id) const;
-    StoredEntry FindLater(StoredEntry first, std::uint32_t id, std::uint32_t size) const;
+    StoredEntry FindSizedSlowly(std::uint32_t id, std::uint32_t size) const;
     bool BuildIndex() const;
     bool AllocateIndex() const;
-    bool AddToIndex(std::uint32_t id, std::uint32_t offset) const;
 
     // The layout of these two is part of the interface.
     unsigned char* m_data = nullptr;
