@@ -35,10 +35,12 @@ int TypeOf(unsigned int i)
     return kTypes[i];
 }
 
-const CString& Text()
+/// Three of the texts are short, one is a path.
+const CString& TextOf(unsigned int i)
 {
-    static const CString text(L"C:\\Models\\chair");
-    return text;
+    static const CString path(L"C:\\Models\\chair.obj");
+    static const CString unit(L"mm");
+    return i == 21 ? path : unit;
 }
 
 const unsigned char kBlob[24] = {1, 2, 3};
@@ -58,7 +60,7 @@ void Fill(CCustomData& store)
             store.SetDouble(id, 2.5);
             break;
         case 3:
-            store.SetString(id, Text());
+            store.SetString(id, TextOf(i));
             break;
         default:
             store.SetBinary(id, kBlob, sizeof kBlob);
@@ -76,7 +78,7 @@ Value ValueOf(unsigned int i)
     case 2:
         return 2.5;
     case 3:
-        return Text();
+        return TextOf(i);
     default:
         return std::vector<unsigned char>(kBlob, kBlob + sizeof kBlob);
     }
@@ -105,27 +107,32 @@ void Fill(Map& map)
 double Read(const CCustomData& store, unsigned int i)
 {
     const unsigned int id = IdOf(i);
-    int number = 0;
-    float single = 0;
-    double wide = 0;
-    CString text;
-    unsigned char blob[sizeof kBlob];
     switch (TypeOf(i)) {
-    case 0:
+    case 0: {
+        int number = 0;
         store.GetInt(id, number, 0);
         return number;
-    case 1:
-        store.GetFloat(id, single, 0);
-        return single;
-    case 2:
-        store.GetDouble(id, wide, 0);
-        return wide;
-    case 3:
+    }
+    case 1: {
+        float number = 0;
+        store.GetFloat(id, number, 0);
+        return number;
+    }
+    case 2: {
+        double number = 0;
+        store.GetDouble(id, number, 0);
+        return number;
+    }
+    case 3: {
+        CString text;
         store.GetString(id, text, text);
         return text.GetLength();
-    default:
+    }
+    default: {
+        unsigned char blob[sizeof kBlob];
         store.GetBinary(id, blob, sizeof blob);
         return blob[0];
+    }
     }
 }
 

@@ -185,11 +185,17 @@ void CCustomData::SetCustom(unsigned int id, const void* data, unsigned int size
 /// The place for a value of `size` bytes, at least 1, under the id; null when memory ran out.
 StoredEntry CCustomData::Reserve(unsigned int id, unsigned int size, unsigned int kind)
 {
-    if (const StoredEntry same = m_entries.FindSized(id, size)) {
-        same.SetKind(kind);
-        return same;
+    StoredEntry entry = m_entries.Find(id);
+    if (!entry)
+        return m_entries.Append(id, size, kind);
+    if (entry.Size() != size) {
+        const StoredEntry first = entry;
+        entry = m_entries.FindSized(id, size);
+        if (!entry) {
+            Remove(first);
+            return m_entries.Append(id, size, kind);
+        }
     }
-    if (const StoredEntry first = m_entries.Find(id)) [[unlikely]]
-        Remove(first);
-    return m_entries.Append(id, size, kind);
+    entry.SetKind(kind);
+    return entry;
 }

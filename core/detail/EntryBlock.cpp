@@ -53,21 +53,6 @@ bool EntryBlock::Assign(const unsigned char* entries, std::uint32_t size, std::u
     return Allocate(entries, size, count);
 }
 
-/// Fills an empty block.
-bool EntryBlock::Allocate(const unsigned char* entries, std::uint32_t size, std::uint32_t count)
-{
-    if (size == 0)
-        return true;
-    m_data = static_cast<unsigned char*>(std::malloc(size));
-    if (m_data == nullptr)
-        return false;
-    std::memcpy(m_data, entries, size);
-    m_size = size;
-    m_capacity = size;
-    m_count = count;
-    return true;
-}
-
 bool EntryBlock::Check(const unsigned char* entries, std::size_t size, std::uint32_t count)
 {
     if (size / StoredEntry::kHeaderSize < count)

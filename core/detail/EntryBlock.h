@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 namespace vak::detail {
 
@@ -115,7 +116,20 @@ private:
 
     std::uint32_t FirstSlot(std::uint32_t id) const { return id * 0x9E3779B1u >> m_shift; }
     std::uint32_t LastSlot() const { return 0xFFFFFFFFu >> m_shift; }
-    bool Allocate(const unsigned char* entries, std::uint32_t size, std::uint32_t count);
+    /// Fills an empty block.
+    bool Allocate(const unsigned char* entries, std::uint32_t size, std::uint32_t count)
+    {
+        if (size == 0)
+            return true;
+        m_data = static_cast<unsigned char*>(std::malloc(size));
+        if (m_data == nullptr)
+            return false;
+        std::memcpy(m_data, entries, size);
+        m_size = size;
+        m_capacity = size;
+        m_count = count;
+        return true;
+    }
     void Release() const
     {
         std::free(m_data);
