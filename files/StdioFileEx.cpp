@@ -16,6 +16,8 @@ namespace {
 
 /// Longest piece of an 8-bit line, in bytes.
 constexpr size_t kPiece = 4095;
+/// A number that the system knows only as the name of a form, not as a code page of bytes.
+constexpr UINT kUtf16 = 1200;
 constexpr BYTE kMark[2] = {0xFF, 0xFE};
 
 UINT Resolve(UINT codePage)
@@ -158,6 +160,8 @@ void CStdioFileEx::SkipMark()
 
 bool CStdioFileEx::ReadUnicodeLine(CString& line)
 {
+    if (ReadShortLine(kUtf16, 1, line))
+        return true;
     SkipMark();
     if (!CStdioFile::ReadString(line))
         return false;
@@ -169,11 +173,14 @@ bool CStdioFileEx::ReadUnicodeLine(CString& line)
 
 bool CStdioFileEx::ReadAnsiLine(CString& line)
 {
+    const UINT codePage = Resolve(m_codePage);
+    // In text mode CR LF is a line feed by itself, and the carriage return in front of that goes as ever.
+    if (codePage != kUtf16 && ReadShortLine(codePage, (m_openFlags & typeText) != 0 ? 2 : 1, line))
+        return true;
     char scratch[kPiece];
     ByteLine piece;
     if (!ReadByteLine(scratch, kPiece, piece))
         return false;
-    const UINT codePage = Resolve(m_codePage);
     size_t length = piece.length;
     size_t tail = 0;
     if (!piece.ended && length == kPiece) {

@@ -5,6 +5,7 @@
 #include "framework/base/SystemStream.h"
 #include "framework/base/SystemText.h"
 #include "framework/base/detail/ByteBlock.h"
+#include "framework/base/detail/ShortLine.h"
 
 #include <algorithm>
 #include <bit>
@@ -380,6 +381,22 @@ bool CStdioFile::ReadByteLineByPieces(char* scratch, size_t maximum, ByteLine& l
     }
     line = {scratch, done, ended};
     return found;
+}
+
+bool CStdioFile::ReadShortLine(UINT codePage, int returns, CString& line)
+{
+    using namespace vak::detail;
+    const StreamBytes seen = PeekLine();
+    wchar_t units[kShortLine + kShortLineSlack];
+    const ShortLine found = DecodeShortLine(codePage, m_bText, seen.bytes, seen.count, units);
+    if (found.used == 0)
+        return false;
+    SkipStream(m_pStream, found.used);
+    size_t length = found.length;
+    for (; returns > 0 && length > 0 && units[length - 1] == L'\r'; --returns)
+        --length;
+    line.SetString(units, static_cast<int>(length));
+    return true;
 }
 
 LPTSTR CStdioFile::ReadString(LPTSTR lpsz, UINT nMax)

@@ -68,6 +68,11 @@ protected:
     /// bytes. Returns false when nothing was left.
     bool ReadByteLine(char* scratch, size_t maximum, ByteLine& line);
 
+    /// Reads one line in `codePage` (1200: UTF-16), without its line feed and up to `returns` carriage
+    /// returns in front of it, where that takes only one look at the stream's buffer. Otherwise returns false
+    /// and leaves line and position as they were: then the line has to be read by one of the other ways.
+    bool ReadShortLine(UINT codePage, int returns, CString& line);
+
 private:
     [[noreturn]] void ThrowStreamError() const;
     void RequireStream() const;

@@ -187,6 +187,46 @@ TEST_F(TextFile, LongLinesComeInPiecesThatCutNoCharacter)
     EXPECT_EQ(ReadAll(path, CFile::typeBinary), (std::vector<CString>{a(4094), L"", L"b"}));
 }
 
+// Lines with enough behind them in the stream's buffer are read another way than the last ones of a file.
+TEST_F(TextFile, LinesInTheMiddleOfAFileReadAsAtItsEnd)
+{
+    std::vector<std::string> samples = {"", "\r", "\r\r", "a\rb\r", "\xEF\xBB\xBFx", "\x80\x9F\xA0\xFF"};
+    for (const int length : {1, 15, 63, 64, 65, 1022, 1023, 1024}) {
+        const std::string plain(static_cast<size_t>(length), 'a');
+        samples.push_back(plain + "\r");
+        for (const char* odd : {"é", "€", "\xF0\x9F\x98\x80", "\xC3", "\xE2\x82", "\x9F"}) {
+            samples.push_back(plain + odd);
+            samples.push_back(plain + odd + "z" + odd + plain);
+        }
+    }
+    std::string whole;
+    for (const std::string& sample : samples)
+        whole += sample + "\n";
+    const std::string filler = std::string(999, 'f') + "\n";
+    for (const UINT codePage : {1252u, 28591u, 65001u}) {
+        for (const UINT mode : {UINT(CFile::typeText), UINT(CFile::typeBinary)}) {
+            const std::vector<CString> lines =
+                ReadAll(folder.Write("middle.txt", whole + filler), mode, codePage);
+            ASSERT_EQ(lines.size(), samples.size() + 1);
+            for (size_t i = 0; i < samples.size(); ++i)
+                ASSERT_EQ(ReadAll(folder.Write("end.txt", samples[i] + "\n"), mode, codePage),
+                          std::vector<CString>{lines[i]})
+                    << codePage << ", " << mode << ", " << testing::PrintToString(samples[i]);
+        }
+    }
+    // In UTF-16 every unit is known: what was written.
+    CString units;
+    for (const std::string& sample : samples)
+        units += CString(sample.c_str()) + L"\r\n";
+    const std::vector<CString> lines = ReadAll(folder.Write("middle.txt", Utf16(units)), CFile::typeText);
+    ASSERT_EQ(lines.size(), samples.size());
+    for (size_t i = 0; i < samples.size(); ++i)
+        ASSERT_EQ(lines[i], CString(samples[i].c_str()));
+    // The end of the text is one also where more follows.
+    EXPECT_EQ(ReadAll(folder.Write("end.txt", "a\nb\x1A" + filler), CFile::typeText, 65001),
+              (std::vector<CString>{L"a", L"b"}));
+}
+
 // The bytes are Python's encodings of the texts.
 TEST_F(TextFile, CodePagesReadAndWriteTheirBytes)
 {

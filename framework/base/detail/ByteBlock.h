@@ -112,7 +112,7 @@ private:
 /// Four blocks, for masks of 64 bits: `mask` gives that of one block, which begins at the pointer.
 constexpr std::size_t kBlocks = 4;
 template <class MaskOf>
-std::uint64_t MaskOfBlocks(const char* bytes, std::size_t distance, MaskOf mask)
+inline std::uint64_t MaskOfBlocks(const char* bytes, std::size_t distance, MaskOf mask)
 {
     return mask(bytes) | mask(bytes + distance) << 16 | mask(bytes + 2 * distance) << 32 |
            mask(bytes + 3 * distance) << 48;

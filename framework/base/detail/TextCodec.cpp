@@ -2,6 +2,7 @@
 
 #include "framework/base/detail/ByteBlock.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -12,9 +13,6 @@ namespace {
 
 constexpr std::size_t kStep = 8;
 constexpr wchar_t kReplacement = 0xFFFD;
-/// Bytes decoded in one step, and how far a step may read and write beyond them.
-constexpr std::size_t kWindow = 64;
-constexpr std::size_t kSlack = 72;
 
 bool IsTrail(unsigned char byte, unsigned char low = 0x80, unsigned char high = 0xBF)
 {
@@ -59,7 +57,13 @@ void WidenRun(const unsigned char* p, std::size_t count, wchar_t* out)
     ByteBlock(p + 3 * step).Widen(out + 3 * step);
 }
 
-/// Copies less than kWindow + kSlack bytes, in blocks: short copies by the compiler are slow ones.
+std::uint64_t NotAscii(const unsigned char* window)
+{
+    return MaskOfBlocks(reinterpret_cast<const char*>(window), ByteBlock::kSize,
+                        [](const char* at) { return ByteBlock(at).NotAscii(); });
+}
+
+/// Copies less than kUtf8Window + kUtf8Slack bytes, in blocks: short copies by the compiler are slow ones.
 void CopyRest(const unsigned char* from, std::size_t count, unsigned char* to)
 {
     constexpr std::size_t step = ByteBlock::kSize;
@@ -71,43 +75,6 @@ void CopyRest(const unsigned char* from, std::size_t count, unsigned char* to)
     for (std::size_t at = 0; at + step <= count; at += step)
         std::memcpy(to + at, from + at, step);
     std::memcpy(to + count - step, from + count - step, step);
-}
-
-/// Decodes the characters that begin among the first `length` bytes, at most kWindow, moves `out` on and
-/// returns where the next one begins. Up to kSlack bytes behind them are read, wherever `end` stands, and as
-/// many units written.
-const unsigned char* DecodeWindow(const unsigned char* p, const unsigned char* end, std::size_t length,
-                                  wchar_t*& out)
-{
-    const std::size_t limit = length < kWindow ? length : kWindow;
-    std::uint64_t mask = MaskOfBlocks(reinterpret_cast<const char*>(p), ByteBlock::kSize,
-                                      [](const char* at) { return ByteBlock(at).NotAscii(); });
-    mask &= ~std::uint64_t(0) >> (kWindow - limit);
-    std::size_t at = 0;
-    while (mask != 0) {
-        const auto next = static_cast<std::size_t>(std::countr_zero(mask));
-        WidenRun(p + at, next - at, out);
-        out += next - at;
-        const unsigned char* character = p + next;
-        // The commonest by far.
-        const bool isPair =
-            (character + 1 < end) & (character[0] - 0xC2u < 0xE0u - 0xC2u) & ((character[1] & 0xC0) == 0x80);
-        if (isPair) {
-            *out++ = static_cast<wchar_t>((character[0] & 0x1F) << 6 | (character[1] & 0x3F));
-            at = next + 2;
-            mask &= mask - 1;
-            mask &= mask - 1;
-            continue;
-        }
-        DecodeOne(character, end, out);
-        at = static_cast<std::size_t>(character - p);
-        mask &= at < kWindow ? ~std::uint64_t(0) << at : 0;
-    }
-    if (at >= limit)
-        return p + at;
-    WidenRun(p + at, limit - at, out);
-    out += limit - at;
-    return p + limit;
 }
 
 bool IsPair(const wchar_t* text, const wchar_t* end)
@@ -130,6 +97,37 @@ const wchar_t kUpper1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 
                                 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
+const unsigned char* DecodeUtf8Window(const unsigned char* p, const unsigned char* end, std::size_t limit,
+                                      std::uint64_t mask, wchar_t*& out)
+{
+    mask &= limit == 0 ? 0 : ~std::uint64_t(0) >> (kUtf8Window - limit);
+    std::size_t at = 0;
+    while (mask != 0) {
+        const auto next = static_cast<std::size_t>(std::countr_zero(mask));
+        WidenRun(p + at, next - at, out);
+        out += next - at;
+        const unsigned char* character = p + next;
+        // The commonest by far.
+        const bool isPair =
+            (character + 1 < end) & (character[0] - 0xC2u < 0xE0u - 0xC2u) & ((character[1] & 0xC0) == 0x80);
+        if (isPair) {
+            *out++ = static_cast<wchar_t>((character[0] & 0x1F) << 6 | (character[1] & 0x3F));
+            at = next + 2;
+            mask &= mask - 1;
+            mask &= mask - 1;
+            continue;
+        }
+        DecodeOne(character, end, out);
+        at = static_cast<std::size_t>(character - p);
+        mask &= at < kUtf8Window ? ~std::uint64_t(0) << at : 0;
+    }
+    if (at >= limit)
+        return p + at;
+    WidenRun(p + at, limit - at, out);
+    out += limit - at;
+    return p + limit;
+}
+
 std::size_t DecodeUtf8(const char* bytes, std::size_t count, wchar_t* out)
 {
     const auto* p = reinterpret_cast<const unsigned char*>(bytes);
@@ -137,18 +135,19 @@ std::size_t DecodeUtf8(const char* bytes, std::size_t count, wchar_t* out)
     const wchar_t* const begin = out;
     // No unit is written for less than a byte, so that there is room before the end of the one where there is
     // in the other.
-    while (static_cast<std::size_t>(end - p) >= kWindow + kSlack)
-        p = DecodeWindow(p, end, kWindow, out);
+    while (static_cast<std::size_t>(end - p) >= kUtf8Window + kUtf8Slack)
+        p = DecodeUtf8Window(p, end, kUtf8Window, NotAscii(p), out);
     if (p == end)
         return static_cast<std::size_t>(out - begin);
-    unsigned char rest[kWindow + 2 * kSlack];
-    wchar_t units[kWindow + 2 * kSlack];
+    unsigned char rest[kUtf8Window + 2 * kUtf8Slack];
+    wchar_t units[kUtf8Window + 2 * kUtf8Slack];
     const auto left = static_cast<std::size_t>(end - p);
     CopyRest(p, left, rest);
-    std::memset(rest + left, 0, kSlack);
+    std::memset(rest + left, 0, kUtf8Slack);
     wchar_t* to = units;
     for (const unsigned char* at = rest; at != rest + left;)
-        at = DecodeWindow(at, rest + left, static_cast<std::size_t>(rest + left - at), to);
+        at = DecodeUtf8Window(at, rest + left, std::min<std::size_t>(rest + left - at, kUtf8Window),
+                              NotAscii(at), to);
     std::memcpy(out, units, static_cast<std::size_t>(to - units) * sizeof(wchar_t));
     return static_cast<std::size_t>(out - begin + (to - units));
 }
