@@ -49,6 +49,9 @@ bool IsExistingFile(const CString& path)
 /// The file of `folder` with that name and one of the extensions of `kinds`, empty for none.
 CString FindUnderOtherExtension(const CString& folder, const CString& nameWithoutExt, int kinds)
 {
+    // Without a name, a file that is called like an extension would be taken for it.
+    if (nameWithoutExt.IsEmpty())
+        return CString();
     CStringArray extensions;
     fileGetExtensionArrayByProperty(static_cast<unsigned int>(kinds) & vak::kFileKindMask, extensions);
     for (int index = 0; index < extensions.GetSize(); ++index) {

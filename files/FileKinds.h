@@ -62,8 +62,7 @@ VAK_API int fileGetExtensionArrayByProperty(unsigned int mask, CStringArray& ext
                                             int allBits = 0);
 
 /// Returns the filter of a file dialog, in the form that the dialog's constructor takes: rows of a text and
-/// its
-/// ";"-separated patterns, everything closed by "|", the whole by another.
+/// its ";"-separated patterns, everything closed by "|", the whole by another.
 ///
 /// `filter` is vak::kFileFilterAll, family bits, or a class. Several kinds are preceded by a row that shows
 /// them all together; a last row shows every file.
