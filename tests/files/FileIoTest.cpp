@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <stdexcept>
@@ -17,42 +18,26 @@ using vak::test::TempFolder;
 
 namespace {
 
-constexpr unsigned int kModel = 'FTMO';
-constexpr unsigned int kScene = 'FTSC';
-constexpr unsigned int kReadOnly = 'FTRO';
-constexpr unsigned int kLibrarys = 'FTLI';
+constexpr unsigned int kModel = 'FTMO', kScene = 'FTSC', kReadOnly = 'FTRO', kLibrarys = 'FTLI';
 
 int liveParsers = 0;
-int liveExceptions = 0;
 
-class CountedParser : public CFileParser
+struct CountedParser : CFileParser
 {
-public:
     explicit CountedParser(CFileIo* fileIo) : CFileParser(fileIo) { ++liveParsers; }
     ~CountedParser() override { --liveParsers; }
 };
 
-class CountedException : public CException
-{
-public:
-    CountedException() { ++liveExceptions; }
-    ~CountedException() override { --liveExceptions; }
-};
-
-/// What the plug-in of the test kinds does when it is asked for a parser; its result is the entry point's.
+/// What the plug-in does when it is asked for a parser; its result is the entry point's.
 std::function<int(IoParserRequest&)> makeParser;
-int entryCalls = 0;
 
 int EntryPoint(IoPluginMode mode, void* data)
 {
-    ++entryCalls;
-    EXPECT_EQ(mode, IoPluginCreate);
-    return makeParser(*static_cast<IoParserRequest*>(data));
+    return mode == IoPluginCreate ? makeParser(*static_cast<IoParserRequest*>(data)) : 0;
 }
 
 int MakeCounted(IoParserRequest& request)
 {
-    EXPECT_EQ(request.parser, nullptr);
     request.parser = new CountedParser(request.fileIo);
     return 1;
 }
@@ -62,14 +47,16 @@ class FileIo : public testing::Test
 protected:
     FileIo()
     {
-        constexpr unsigned int none = vak::kFileCodeNone;
-        constexpr unsigned int plugin = vak::kFileCodePlugin;
-        Register(L".ftmo|.ftmodel", kModel, 0x4000 | 0x3 | 0x20 | 0x80, plugin, plugin);
-        Register(L".ftsc", kScene, 0x4000 | 0x3 | 0x40 | 0x100 | 0x20, plugin, plugin);
-        Register(L".ftro", kReadOnly, 0x1001, plugin, none);
-        Register(L".ftli", kLibrarys, 0x1003, vak::kFileCodeLibrary, vak::kFileCodeLibrary);
+        constexpr unsigned int plugin = vak::kFileCodePlugin, library = vak::kFileCodeLibrary;
+        CFileExt kinds[] = {{L"Test", L".ftmo|.ftmodel", kModel, 0x40A3, plugin, plugin},
+                            {L"Test", L".ftsc", kScene, 0x4163, plugin, plugin},
+                            {L"Test", L".ftro", kReadOnly, 0x1001, plugin, vak::kFileCodeNone},
+                            {L"Test", L".ftli", kLibrarys, 0x1003, library, library}};
+        for (CFileExt& kind : kinds) {
+            kind.m_initCallback = EntryPoint;
+            fileRegisterFile(kind);
+        }
         makeParser = MakeCounted;
-        entryCalls = 0;
         CFileIo::SetPreferencesFilePath(m_folder.Path("deep/er/prefs.dat"));
     }
     ~FileIo() override
@@ -78,22 +65,16 @@ protected:
             fileUnregisterFile(CString(), fileClass);
         CFileIo::SetPreferencesFilePath(CString());
         EXPECT_EQ(liveParsers, 0);
-        EXPECT_EQ(liveExceptions, 0);
     }
 
-    static void Register(const wchar_t* extensions, unsigned int fileClass, unsigned int properties,
-                         unsigned int loader, unsigned int saver)
+    static CFileIo Loading(const CString& name) { return CFileIo(name, FILE_PARSER_LOADING, nullptr); }
+    static CFileIo Saving(const CString& name) { return CFileIo(name, 0, nullptr); }
+    static int NumberIn(const CCustomData& data, unsigned int id)
     {
-        CFileExt kind(L"Test", extensions, fileClass, properties, loader, saver);
-        kind.m_initCallback = EntryPoint;
-        fileRegisterFile(kind);
+        int number = 0;
+        data.GetInt(id, number, -1);
+        return number;
     }
-
-    static CFileIo Loading(const wchar_t* name)
-    {
-        return CFileIo(CFileNameSpec(name), FILE_PARSER_LOADING, nullptr);
-    }
-    static CFileIo Saving(const wchar_t* name) { return CFileIo(CFileNameSpec(name), 0, nullptr); }
 
     static void ExpectNoParser(CFileIo io)
     {
@@ -102,6 +83,7 @@ protected:
         EXPECT_EQ(io.GetCurrentParser(), nullptr);
         EXPECT_EQ(io.GetIoError(), IO_FILE_UNKNOWN_TYPE);
         EXPECT_EQ(io.GetIoErrorTxt(), L"Type de fichier inconnu");
+        EXPECT_EQ(liveParsers, 0);
     }
 
     MessageRecorder m_recorder;
@@ -121,15 +103,12 @@ std::size_t SlotOf(Member member)
 struct Layout : CFileIo
 {
     using CFileIo::CFileIo;
-    void ExpectOrder() const
+    bool IsInOrder() const
     {
-        const void* const members[] = {
-            this,     &m_alternativeClass, &m_customData,  &m_fileInfo, &m_alternativeInfo,
-            &m_flags, &m_ioError,          &m_ioErrorText, &m_parser,   &m_parentWnd};
-        for (std::size_t index = 1; index < std::size(members); ++index)
-            EXPECT_LT(members[index - 1], members[index]) << index;
-        EXPECT_EQ(static_cast<const void*>(&m_alternativeClass),
-                  static_cast<const char*>(members[0]) + sizeof(void*));
+        const void* const members[] = {&m_alternativeClass, &m_customData, &m_fileInfo,
+                                       &m_alternativeInfo,  &m_flags,      &m_ioError,
+                                       &m_ioErrorText,      &m_parser,     &m_parentWnd};
+        return std::is_sorted(std::begin(members), std::end(members));
     }
 };
 
@@ -144,43 +123,30 @@ TEST_F(FileIo, GoesToThePluginOfTheKindForItsDirectionOnly)
         return MakeCounted(request);
     };
     CFileParser* const parser = io.InitParser();
-    ASSERT_NE(parser, nullptr);
-    EXPECT_EQ(io.GetCurrentParser(), parser);
+    EXPECT_TRUE(parser && parser == io.GetCurrentParser());
     EXPECT_EQ(io.GetIoError(), IO_FILE_SUCCESS);
+    io.CloseParser();
 
+    makeParser = [](IoParserRequest&) -> int { throw "asked"; };
+    for (const CFileIo& other : {Loading(L"a.ftli"), Saving(L"a.ftro"), Loading(L"a.unheard"), Loading(L"")})
+        ExpectNoParser(other);
     makeParser = MakeCounted;
-    entryCalls = 0;
-    ExpectNoParser(Loading(L"a.ftli"));
-    ExpectNoParser(Saving(L"a.ftro"));
-    ExpectNoParser(Loading(L"a.unheard"));
-    ExpectNoParser(Loading(L""));
-    EXPECT_EQ(entryCalls, 0);
-    CFileIo nameless(kReadOnly, FILE_PARSER_LOADING, nullptr);
-    EXPECT_NE(nameless.InitParser(), nullptr);
+    EXPECT_NE(CFileIo(kReadOnly, FILE_PARSER_LOADING, nullptr).InitParser(), nullptr);
 }
 
 TEST_F(FileIo, YieldsNoParserAndLeaksNoneWhenThePluginFails)
 {
     const std::function<int(IoParserRequest&)> failures[] = {
-        [](IoParserRequest&) { return 0; },
         [](IoParserRequest&) { return 1; },
         [](IoParserRequest& request) { return MakeCounted(request) - 1; },
-        [](IoParserRequest& request) { return MakeCounted(request), throw new CountedException, 1; },
+        [](IoParserRequest& request) { return MakeCounted(request), throw new CException, 1; },
         [](IoParserRequest&) -> int { throw std::runtime_error("plug-in"); },
         [](IoParserRequest&) -> int { throw 7; },
-        [](IoParserRequest&) -> int {
-            static int number = 7;
-            throw &number;
-        },
-        [](IoParserRequest& request) {
-            request.fileIo->SetIoError(IO_FILE_BAD_FORMAT);
-            return 0;
-        },
+        [](IoParserRequest& request) { return request.fileIo->SetIoError(IO_FILE_BAD_FORMAT), 0; },
     };
     for (const auto& failure : failures) {
         makeParser = failure;
         ExpectNoParser(Loading(L"a.ftmo"));
-        EXPECT_EQ(liveParsers, 0);
     }
     EXPECT_TRUE(m_recorder.Boxes().empty());
 
@@ -219,12 +185,9 @@ TEST_F(FileIo, FollowsItsAlternativeClassInEverythingButTheEntryPoint)
     CFileIo io = Loading(L"C:\\m\\a.b.ftmodel");
     io.SetAlternativeClass(kReadOnly);
     EXPECT_EQ(io.GetClass(), kReadOnly);
-    EXPECT_EQ(io.GetKindOf(), 0x1000u);
     EXPECT_EQ(io.GetProperties(), 0x1001u);
     EXPECT_EQ(io.GetCompleteName(), L"C:\\m\\a.b.ftmodel");
-    EXPECT_EQ(io.GetCurrentCompleteFileName(), L"C:\\m\\a.b.ftro");
-    EXPECT_EQ(io.GetCurrentFilePath(), L"C:\\m\\");
-    EXPECT_EQ(io.GetCurrentShortFileName(), L"a.b.ftro");
+    EXPECT_EQ(io.GetCurrentFilePath() + io.GetCurrentShortFileName(), L"C:\\m\\a.b.ftro");
     makeParser = [](IoParserRequest& request) {
         EXPECT_EQ(request.fileClass, kReadOnly);
         return MakeCounted(request);
@@ -235,12 +198,12 @@ TEST_F(FileIo, FollowsItsAlternativeClassInEverythingButTheEntryPoint)
     EXPECT_EQ(io.InitParser(), nullptr);
 
     io.SetNewFileName(CFileNameSpec(L"D:\\n.ftsc"));
-    EXPECT_EQ(io.GetCurrentShortFileName(), L"n.ftro");
+    EXPECT_EQ(io.GetCurrentCompleteFileName(), L"D:\\n.ftro");
     io.SetAlternativeClass(0);
     EXPECT_EQ(io.GetClass(), kScene);
     EXPECT_EQ(io.GetCurrentShortFileName(), L"n.ftsc");
     EXPECT_EQ(io.GetParser(), unsigned{'PLGP'});
-    CFileIo ownerless(CFileNameSpec(L"a.unheard"), FILE_PARSER_LOADING, nullptr);
+    CFileIo ownerless = Loading(L"a.unheard");
     ownerless.SetAlternativeClass(kModel);
     ExpectNoParser(ownerless);
 }
@@ -249,24 +212,21 @@ TEST_F(FileIo, KeepsParametersByClassAndDirection)
 {
     CFileIo io = Saving(L"a.ftmo");
     CCustomData data;
-    data.SetInt('QUAL', 80);
-    EXPECT_EQ(io.SaveIoParameters(0, data, kModel), 1);
+    const auto save = [&](int loading, unsigned int fileClass, int quality) {
+        data.SetInt('QUAL', quality);
+        EXPECT_EQ(io.SaveIoParameters(loading, data, fileClass), 1);
+    };
+    save(0, kModel, 80);
+    save(1, kModel, 20);
+    save(1, kScene, 50);
     EXPECT_FALSE(data.HasData('IOCL')) << "the caller's store was changed";
-    data.SetInt('QUAL', 20);
-    EXPECT_EQ(io.SaveIoParameters(1, data, kModel), 1);
-    data.SetInt('QUAL', 50);
-    EXPECT_EQ(io.SaveIoParameters(1, data, kScene), 1);
-
     ASSERT_NE(io.InitParser(), nullptr);
-    int quality = 0;
+    EXPECT_EQ(NumberIn(io.GetCustomData(), 'QUAL'), 80);
     unsigned int keptClass = 0;
-    io.GetCustomData().GetInt('QUAL', quality, -1);
     io.GetCustomData().GetUInt('IOCL', keptClass, 0);
-    EXPECT_EQ(quality, 80);
     EXPECT_EQ(keptClass, kModel);
     EXPECT_EQ(io.LoadIoParameters(1, data, kModel), 1);
-    data.GetInt('QUAL', quality, -1);
-    EXPECT_EQ(quality, 20);
+    EXPECT_EQ(NumberIn(data, 'QUAL'), 20);
     EXPECT_EQ(io.LoadIoParameters(0, data, kReadOnly), 0);
 
     CFileIo::SetPreferencesFilePath(m_folder.Path("none.dat"));
@@ -275,18 +235,26 @@ TEST_F(FileIo, KeepsParametersByClassAndDirection)
     EXPECT_EQ(io.SaveIoParameters(0, data, kModel), 1);
     EXPECT_FALSE(m_folder.Has("none.dat"));
     EXPECT_EQ(io.LoadIoParameters(0, data, kModel), 1);
-    EXPECT_TRUE(data.HasData('QUAL'));
+    EXPECT_EQ(NumberIn(data, 'QUAL'), 5);
     CFileIo::SetPreferencesFilePath(CString());
     EXPECT_EQ(io.GetPreferencesFilePath().Right(27), L"\\Vak Tools\\IoParameters.dat");
 }
 
 TEST_F(FileIo, AnswersWhetherADialogIsOfferedOrMustBeShown)
 {
-    EXPECT_EQ(CFileIo::HasDialog(kModel, 1), IoShowDialogOptional);
-    EXPECT_EQ(CFileIo::HasDialog(kModel, 0), IoShowDialogOptional);
-    EXPECT_EQ(CFileIo::HasDialog(kScene, 1), IoShowDialogAlways);
-    EXPECT_EQ(CFileIo::HasDialog(kScene, 0), IoShowDialogAlways);
-    EXPECT_EQ(CFileIo::HasDialog(kReadOnly, 1), IoShowDialogNone);
+    const struct
+    {
+        unsigned int properties;
+        int loading;
+        int saving;
+    } rows[] = {{0x1020, 1, 0}, {0x1040, 2, 0}, {0x1060, 2, 0},
+                {0x1080, 0, 1}, {0x1100, 0, 2}, {0x1180, 0, 2}};
+    for (const auto& row : rows) {
+        CFileExt kind(L"Test", L".ftro", kReadOnly, row.properties, 'PLGP', 'PLGP');
+        fileRegisterFile(kind);
+        EXPECT_EQ(CFileIo::HasDialog(kReadOnly, 1), row.loading);
+        EXPECT_EQ(CFileIo::HasDialog(kReadOnly, 0), row.saving);
+    }
     EXPECT_EQ(CFileIo::HasDialog('NONE', 1), IoShowDialogNone);
 
     CFileIo io = Loading(L"a.ftmo");
@@ -295,55 +263,36 @@ TEST_F(FileIo, AnswersWhetherADialogIsOfferedOrMustBeShown)
     io.SetAlternativeClass(kScene);
     EXPECT_EQ(parser.MustShowDialog(), IoShowDialogAlways);
     io.SetSilentMode(1);
-    EXPECT_TRUE(parser.IsSilentMode());
-    EXPECT_TRUE(parser.IsFlagSet(FILE_PARSER_LOADING));
+    EXPECT_TRUE(parser.IsSilentMode() && parser.IsFlagSet(FILE_PARSER_LOADING));
     EXPECT_EQ(CFileParser().MustShowDialog(), IoShowDialogNone);
-}
-
-TEST_F(FileIo, ReplacesTheLow16FlagsTogether)
-{
-    CFileIo io(CFileNameSpec(L"a.ftmo"), 0xABCD0000 | FILE_PARSER_LOADING, nullptr);
-    io.SetPreferencesFlags(0x12340000 | FILE_PARSER_SILENT | 0x100);
-    EXPECT_EQ(io.GetPreferencesFlags(), 0x102u);
-    EXPECT_FALSE(io.IsLoading());
-    EXPECT_TRUE(io.IsFlagSet(0xABCD0102));
-    EXPECT_FALSE(io.IsFlagSet(FILE_PARSER_SILENT | FILE_PARSER_LOADING)) << "one of two bits is set";
 }
 
 TEST_F(FileIo, SaysInFrenchHowItEnded)
 {
-    const struct
-    {
-        int loading;
-        int code;
-        const wchar_t* text;
-    } rows[] = {
-        {1, 1, L"Le fichier a été lu avec succès"},
-        {0, 1, L"Le fichier a été enregistré avec succès"},
-        {1, -1,
-         L"Impossible d'ouvrir le fichier.\nLe fichier est peut-être déjà ouvert dans une autre application "
-         L"?"},
-        {1, -2, L"Type de fichier inconnu"},
-        {1, -3, L"Mauvais format de fichier"},
-        {1, -4, L"Pas assez de mémoire"},
-        {1, -5, L"Disque plein"},
-        {1, -6, L"Accès non autorisé"},
-        {0, -7, L"Il n'y a rien à enregistrer.\nLa sauvegarde du fichier est annulée."},
-        {0, -8, L"Enregistrement impossible dans ce format  avec ces options"},
-        {1, -9, L"Le fichier ne contient aucune information. Se lecture est annulée."},
-        {1, -10, L"Opération interrompue"},
-        {1, 0, L"Une erreur inconnue s'est produite lors de l'accès au fichier"},
-        {0, -11, L"Une erreur inconnue s'est produite lors de l'accès au fichier"},
+    const wchar_t* const failures[] = {
+        L"Une erreur inconnue s'est produite lors de l'accès au fichier",
+        L"Impossible d'ouvrir le fichier.\n"
+        L"Le fichier est peut-être déjà ouvert dans une autre application ?",
+        L"Type de fichier inconnu",
+        L"Mauvais format de fichier",
+        L"Pas assez de mémoire",
+        L"Disque plein",
+        L"Accès non autorisé",
+        L"Il n'y a rien à enregistrer.\nLa sauvegarde du fichier est annulée.",
+        L"Enregistrement impossible dans ce format  avec ces options",
+        L"Le fichier ne contient aucune information. Se lecture est annulée.",
+        L"Opération interrompue",
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(row.loading, row.code), row.text);
+    for (int code = 0; code >= -11; --code)
+        EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(1, code), failures[-code % 11]) << code;
+    EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(1, 1), L"Le fichier a été lu avec succès");
+    EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(0, 1), L"Le fichier a été enregistré avec succès");
 
     CFileIo io = Loading(L"a.ftmo");
     CIoOptions log(1);
     io.SetIoError(IO_FILE_DISK_FULL, &log);
     io.SetIoError(L"Sommet 12 manquant", &log, IoLogInfo::warning);
     EXPECT_EQ(io.GetIoError(), IO_FILE_DISK_FULL);
-    EXPECT_EQ(io.GetIoErrorTxt(), L"Sommet 12 manquant");
     ASSERT_EQ(log.GetLogCount(), 2);
     EXPECT_EQ(log.GetLogInfo(0).text, L"Disque plein");
     EXPECT_EQ(log.GetLogInfo(1).level, IoLogInfo::warning);
@@ -354,7 +303,7 @@ TEST_F(FileIo, SaysInFrenchHowItEnded)
     ASSERT_EQ(m_recorder.Boxes().size(), 1u);
     EXPECT_EQ(m_recorder.Boxes()[0].text, L"Sommet 12 manquant");
     io.SetIoError(IO_FILE_EMPTY);
-    EXPECT_EQ(io.GetIoErrorTxt(), rows[10].text);
+    EXPECT_EQ(io.GetIoErrorTxt(), failures[9]);
 }
 
 TEST_F(FileIo, ListsTheFilesOfItsFolderThatItsDirectionKnows)
@@ -362,8 +311,7 @@ TEST_F(FileIo, ListsTheFilesOfItsFolderThatItsDirectionKnows)
     for (const char* const name : {"B.ftmo", "a.FTSC", "c.ftro", "d.txt", "sub/x.ftmo", "sub/deeper/y.ftmo"})
         m_folder.Write(name, "");
     CStringArray files;
-    const CFileIo io(CFileNameSpec(m_folder.Path("any.ftmo")), FILE_PARSER_LOADING, nullptr);
-    EXPECT_EQ(io.GetFileList(files, nullptr, nullptr, 0), 3);
+    EXPECT_EQ(Loading(m_folder.Path("any.ftmo")).GetFileList(files, nullptr, nullptr, 0), 3);
     EXPECT_EQ(files[0], m_folder.Path("a.FTSC"));
     EXPECT_EQ(files[1], m_folder.Path("B.ftmo"));
     EXPECT_EQ(files[2], m_folder.Path("c.ftro"));
@@ -373,18 +321,15 @@ TEST_F(FileIo, ListsTheFilesOfItsFolderThatItsDirectionKnows)
         ++*static_cast<int*>(data);
         return int{fileGetClass(path) == kModel};
     };
-    const CFileIo saving(CFileNameSpec(m_folder.Path("any.ftmo")), 0, nullptr);
-    EXPECT_EQ(saving.GetFileList(files, onlyModels, &asked, 1), 3);
+    EXPECT_EQ(Saving(m_folder.Path("any.ftmo")).GetFileList(files, onlyModels, &asked, 1), 3);
     EXPECT_EQ(asked, 4) << "what cannot be saved is not offered to the filter";
     EXPECT_EQ(files[2], m_folder.Path("sub\\deeper\\y.ftmo"));
 }
 
 TEST_F(FileIo, FindsTheFileThatADocumentMeans)
 {
-    m_folder.Write("wood.ftro", "");
-    m_folder.Write("maps/stone.ftli", "");
-    m_folder.Write("elsewhere/brick.ftmo/inside", "");
-    const CString folder = m_folder.Path();
+    for (const char* const name : {"wood.ftro", ".ftro", "maps/stone.ftli", "elsewhere/brick.ftmo/inside"})
+        m_folder.Write(name, "");
     const struct
     {
         CString wanted;
@@ -402,14 +347,21 @@ TEST_F(FileIo, FindsTheFileThatADocumentMeans)
     };
     for (const auto& row : rows) {
         CString file = row.wanted;
-        EXPECT_EQ(CFileIo::FindMatchingFile(file, folder, row.kinds), row.found != nullptr) << CStringA(row.wanted).GetString();
+        EXPECT_EQ(CFileIo::FindMatchingFile(file, m_folder.Path(), row.kinds), row.found != nullptr);
         EXPECT_EQ(file, row.found ? m_folder.Path(row.found) : row.wanted);
     }
 }
 
-TEST_F(FileIo, HasItsMembersAndVirtualOperationsInTheOrderOfTheInterface)
+TEST_F(FileIo, HasItsFlagsMembersAndVirtualOperationsWhereTheInterfaceHasThem)
 {
-    Layout(CFileNameSpec(L"a"), 0, nullptr).ExpectOrder();
+    CFileIo io(CFileNameSpec(L"a.ftmo"), 0xABCD0000 | FILE_PARSER_LOADING, nullptr);
+    io.SetPreferencesFlags(0x12340000 | FILE_PARSER_SILENT | 0x100);
+    EXPECT_EQ(io.GetPreferencesFlags(), 0x102u);
+    EXPECT_FALSE(io.IsLoading());
+    EXPECT_TRUE(io.IsFlagSet(0xABCD0102));
+    EXPECT_FALSE(io.IsFlagSet(FILE_PARSER_SILENT | FILE_PARSER_LOADING)) << "one of two bits is set";
+
+    EXPECT_TRUE(Layout(CFileNameSpec(L"a"), 0, nullptr).IsInOrder());
     EXPECT_EQ(SlotOf(&CFileIo::CloseParser), 2u);
     EXPECT_EQ(SlotOf(&CFileIo::InitParser), 3u);
 }
