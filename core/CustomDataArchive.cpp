@@ -125,6 +125,10 @@ unsigned char* CCustomData::RawFromCustomData(const CCustomData& data, unsigned 
 
 void CCustomData::CustomDataFromRaw(CCustomData& out, const unsigned char* raw) const
 {
+    if (raw == nullptr) {
+        out.RemoveAll();
+        return;
+    }
     const auto count = LoadLittleEndian<std::uint32_t>(raw + 4);
     const auto valueBytes = LoadLittleEndian<std::uint32_t>(raw + 8);
     out.ReadRaw(raw, kRawHeaderSize + std::size_t{count} * StoredEntry::kHeaderSize + valueBytes);

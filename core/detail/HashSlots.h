@@ -247,8 +247,9 @@ void HashSlots<SLOT>::Free()
 template <class SLOT>
 void HashSlots<SLOT>::InitHashTable(unsigned int n)
 {
-    const std::uint64_t wanted = std::uint64_t{n} * 2;
-    unsigned int size = wanted > UINT32_MAX ? 0xFFFFFFFB : NextPrime(static_cast<unsigned int>(wanted));
+    constexpr std::uint64_t kLargestPrime = 0xFFFFFFFB;
+    const std::uint64_t wanted = std::min(std::uint64_t{n} * 2, kLargestPrime);
+    unsigned int size = NextPrime(static_cast<unsigned int>(wanted));
     if (size < kSmallestSize)
         size = kSmallestSize;
     if (size == m_initialSize)

@@ -127,51 +127,37 @@ TEST(CustomDataTest, HoldsWhatAPlainListOfEntriesHoldsUnderARandomStream)
         const unsigned int pick = 1 + static_cast<unsigned int>(random()) % (step % 9000 < 6000 ? 300 : 5);
         const unsigned int id = pick % 3 == 0 ? pick * kSamePlace : pick;
         const Entry entry{id, 'KIN0' + pick % 4, std::string(random() % 24, static_cast<char>(step))};
-        switch (random() % 12) {
-        case 0:
-        case 1:
-        case 2:
-        case 3:
+        const auto operation = random() % 12;
+        if (operation < 4) {
             store.SetCustom(id, entry.value.data(), static_cast<unsigned int>(entry.value.size()),
                             entry.kind);
             model.Set(entry);
-            break;
-        case 4:
-        case 5:
+        } else if (operation < 6) {
             store.SetInt(id, number);
             model.Set({id, ' INT', std::string(reinterpret_cast<const char*>(&number), 4)});
-            break;
-        case 6:
+        } else if (operation == 6) {
             store.RemoveCustom(id);
             model.Remove(id);
-            break;
-        case 7: {
+        } else if (operation == 7) {
             const unsigned int other = random() % 8 == 0 ? id : id + 3;
             model.Remove(other);
             const auto renamed = model.Find(id);
             ASSERT_EQ(store.ChangeID(id, other), renamed != model.entries.end());
             if (renamed != model.entries.end())
                 renamed->id = other;
-            break;
-        }
-        case 8: {
+        } else if (operation == 8) {
             CCustomData source;
             source.SetBinary(id, entry.value.data(), static_cast<unsigned int>(entry.value.size()));
             source.SetInt(id + 1, number);
             const int flags = static_cast<int>(random() % 4);
             store.Copy(&source, flags);
             for (const Entry& from : EntriesOf(source))
-                if (flags >= 2 ? flags == 2 || model.Find(from.id) == model.entries.end()
-                               : flags == 1 && model.Find(from.id) == model.entries.end())
+                if (flags == 2 || (flags != 0 && model.Find(from.id) == model.entries.end()))
                     model.Set(from);
-            break;
-        }
-        case 9: {
+        } else if (operation == 9) {
             const std::string image = Image(EntriesOf(store));
             store.SetData(image.data(), static_cast<unsigned int>(image.size()));
-            break;
-        }
-        default: {
+        } else {
             const auto found = model.Find(id);
             const bool isThere = found != model.entries.end();
             int value = 0;
@@ -179,7 +165,6 @@ TEST(CustomDataTest, HoldsWhatAPlainListOfEntriesHoldsUnderARandomStream)
             ASSERT_EQ(store.GetDataSize(id), isThere ? found->value.size() : 0);
             ASSERT_EQ(store.GetDataKindOf(id), isThere ? found->kind : 0);
             ASSERT_EQ(store.GetInt(id, value, 77), isThere && found->value.size() == 4);
-        }
         }
         if (step % 8 == 0 || model.entries.size() < 20) {
             ASSERT_EQ(EntriesOf(store), model.entries) << "step " << step;

@@ -133,38 +133,18 @@ TEST(HashTablesTest, MapAnswersAsAStandardMapUnderARandomStream)
     for (int step = 0; step < 200000; ++step) {
         const int key = static_cast<int>(random() % 800 * 0x08000001u); // the top bits do not spread keys
         int value = -1;
-        switch (random() % 16) {
-        case 0:
-        case 1:
-        case 2:
-        case 3:
-        case 4:
+        const auto operation = random() % 1024;
+        if (operation < 320) {
             ASSERT_EQ(map.Insert(key, step), model.count(key) == 0);
             model[key] = step;
-            break;
-        case 5:
-        case 6:
-        case 7:
-        case 8:
+        } else if (operation < 576) {
             ASSERT_EQ(map.Remove(key), static_cast<int>(model.erase(key)));
-            break;
-        case 9:
-            if (random() % 64 == 0) {
-                const unsigned int before = map.GetHashTableSize();
-                map.InitHashTable(random() % 100);
-                if (map.GetHashTableSize() != before || map.IsEmpty())
-                    model.clear();
-            }
-            if (random() % 512 == 0) {
-                map.Clear();
-                model.clear();
-            }
-            break;
-        case 10:
-            if (random() % 64 == 0)
-                map.Minimize();
-            break;
-        default:
+        } else if (operation == 576) {
+            map.Clear();
+            model.clear();
+        } else if (operation == 577) {
+            map.Minimize();
+        } else {
             ASSERT_EQ(map.Find(key, value), model.count(key) != 0);
             ASSERT_EQ(value, model.count(key) != 0 ? model[key] : -1);
         }
