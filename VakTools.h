@@ -1,7 +1,7 @@
 #pragma once
 
-/// Every public header of the library, for those who want it whole. Windows only, since it brings the headers of the
-/// user interface too; portable code includes what it needs.
+/// Every public header of the library, for those who want it whole. Windows only, since it brings the headers
+/// of the user interface too; portable code includes what it needs.
 
 #include "framework/base/Application.h"
 #include "framework/base/Archive.h"

@@ -10,7 +10,7 @@
 #define IDS_NAME_BAD_CHARACTERS 1001 /* one argument: the double quote, which the texts cannot hold */
 #define IDS_NAME_BAD_SEPARATORS 1002 /* the end of the text before, for names without a path */
 #define IDS_PATH_NO_ROOT 1003
-#define IDS_ASK_FOR_REPLACE 1004     /* one argument: the path */
+#define IDS_ASK_FOR_REPLACE 1004 /* one argument: the path */
 
 /* 1100: file kinds */
 #define IDS_FILTER_ALL_KINDS 1100
@@ -52,7 +52,7 @@
 #define IDS_SIZE_NO_BYTES 1329
 #define IDS_SIZE_BYTE 1330
 #define IDS_SIZE_BYTES 1331
-#define IDS_SIZE_KILO 1332      /* the larger units follow, up to: */
+#define IDS_SIZE_KILO 1332 /* the larger units follow, up to: */
 #define IDS_SIZE_EXA 1337
 #define IDS_SIZE_DECIMAL_MARK 1338
 

@@ -3,9 +3,9 @@
 /// The platform's names, brought in at one place.
 ///
 /// On Windows this is <windows.h>, wide and lean, as the platform's own framework includes it, so that its
-/// renaming macros (GetClassName, DeleteFile, LoadString ...) hit the library and its users alike. Elsewhere the
-/// few types and constants that the interface needs are defined here, with the platform's widths: `LONG` and
-/// `DWORD` are 32 bits on both builds, while the language's `long` is not.
+/// renaming macros (GetClassName, DeleteFile, LoadString ...) hit the library and its users alike. Elsewhere
+/// the few types and constants that the interface needs are defined here, with the platform's widths: `LONG`
+/// and `DWORD` are 32 bits on both builds, while the language's `long` is not.
 
 #if defined(_WIN32)
 
