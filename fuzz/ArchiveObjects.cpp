@@ -86,7 +86,7 @@ void ReadNext(CArchive& archive, std::vector<FuzzNode*>& nodes)
     CStringA narrow;
     FuzzNode* node = nullptr;
     FuzzLeaf* leaf = nullptr;
-    wchar_t text[16];
+    wchar_t text[17];
     switch (what % 10) {
     case 0:
         archive >> wide;

@@ -94,8 +94,9 @@ public:
     /// Reads a line of wide characters up to "\n" or "\r\n", which is taken and dropped. False only at the
     /// end of the file with nothing read; half a character there counts as the end.
     BOOL ReadString(CString& line);
-    /// Reads at most `maximum` - 1 characters of a line, without its end, and adds a zero; what is longer is
-    /// left for the next call. Null at the end of the file or when `maximum` is 0.
+    /// Reads at most `maximum` characters of a line, without its end, and adds a zero: `text` has room for
+    /// one more. What is longer is left for the next call. Null at the end of the file or when `maximum` is
+    /// 0.
     LPTSTR ReadString(LPTSTR text, UINT maximum);
 
     /// Writes the object with its class, or a reference when it was written before; null is allowed. A class
@@ -109,7 +110,7 @@ public:
     /// kMaxObjectNesting deep, on both sides; genericException beyond.
     CObject* ReadObject(const CRuntimeClass* requested);
     /// Gives an object outside the archive the next number, on both sides, so that references to it are
-    /// stored. It stays its owner's, and lives as long as the archive reads or writes.
+    /// stored; null takes no number. It stays its owner's, and lives as long as the archive reads or writes.
     void MapObject(const CObject* object);
 
     void WriteClass(const CRuntimeClass* runtimeClass);

@@ -122,9 +122,10 @@ void CArchive::MapObject(const CObject* object)
 {
     if (IsStoring()) {
         auto& map = Stored();
-        map.indices[object] = map.next++;
-    } else {
-        Loaded().entries.push_back({.object = const_cast<CObject*>(object)});
+        if (object != nullptr)
+            map.indices[object] = map.next++;
+    } else if (auto& map = Loaded(); object != nullptr) {
+        map.entries.push_back({.object = const_cast<CObject*>(object)});
     }
 }
 

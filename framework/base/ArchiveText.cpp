@@ -197,7 +197,7 @@ LPTSTR CArchive::ReadString(LPTSTR text, UINT maximum)
     if (maximum == 0 || !PeekUnit(unit))
         return nullptr;
     UINT length = 0;
-    while (length + 1 < maximum && ReadLineUnit(unit))
+    while (length < maximum && ReadLineUnit(unit))
         text[length++] = unit;
     text[length] = 0;
     return text;

@@ -132,9 +132,14 @@ BOOL CFile::GetStatus(CFileStatus& rStatus) const
             return FALSE;
         Fill(rStatus, entry);
     }
-    // The open file knows its length before the folder does.
-    rStatus.m_size = GetLength();
-    return TRUE;
+    try {
+        // The open file knows its length before the folder does.
+        rStatus.m_size = GetLength();
+        return TRUE;
+    } catch (CException* exception) {
+        exception->Delete();
+        return FALSE;
+    }
 }
 
 BOOL CFile::Open(LPCTSTR lpszFileName, UINT nOpenFlags, CFileException* pError)

@@ -173,12 +173,12 @@ CTime::CTime(const FILETIME& ft, int) : m_time(IsValidFILETIME(ft) ? MomentOf(ft
 
 tm* CTime::GetLocalTm(tm* ptm) const
 {
-    return HasComponents(m_time) && vak::system::ToLocalTime(m_time, *ptm) ? ptm : nullptr;
+    return ptm != nullptr && HasComponents(m_time) && vak::system::ToLocalTime(m_time, *ptm) ? ptm : nullptr;
 }
 
 tm* CTime::GetGmtTm(tm* ptm) const
 {
-    return HasComponents(m_time) && vak::system::ToUtcTime(m_time, *ptm) ? ptm : nullptr;
+    return ptm != nullptr && HasComponents(m_time) && vak::system::ToUtcTime(m_time, *ptm) ? ptm : nullptr;
 }
 
 bool CTime::GetAsSystemTime(SYSTEMTIME& st) const

@@ -59,7 +59,8 @@ public:
     CTime(const FILETIME& ft, int nDST = -1);
 
     std::int64_t GetTime() const { return m_time; }
-    /// Fills `ptm` with the local (the UTC) components and returns it; null when the moment has none.
+    /// Fills `ptm` with the local (the UTC) components and returns it; null when the moment has
+    /// none or `ptm` is null.
     tm* GetLocalTm(tm* ptm) const;
     tm* GetGmtTm(tm* ptm) const;
     /// Fills `st` with the local components; false when the moment has none.
