@@ -3,6 +3,7 @@
 #include "framework/base/StringTable.h"
 #include "framework/base/SystemMessage.h"
 
+#include <algorithm>
 #include <atomic>
 #include <iterator>
 #include <mutex>
@@ -38,18 +39,22 @@ UINT WithIcon(UINT type)
     return (type & kIconMask) == 0 && tellsOrAsks ? type | MB_ICONEXCLAMATION : type;
 }
 
-int NextWaitCount(int count, int code)
+void CountWaitCursor(std::atomic<int>& count, int code)
 {
-    return count + code > 0 ? count + code : 0;
+    int before = count;
+    int after = 0;
+    do
+        after = std::max(before + code, 0);
+    while (!count.compare_exchange_weak(before, after));
+    if (code != 0 || after > 0)
+        vak::system::ShowWaitCursor(after > 0);
 }
 
 void DoWaitCursor(int code)
 {
     if (CWinApp* app = AfxGetApp())
         return app->DoWaitCursor(code);
-    waitCursorCount = NextWaitCount(waitCursorCount, code);
-    if (code != 0 || waitCursorCount > 0)
-        vak::system::ShowWaitCursor(waitCursorCount > 0);
+    CountWaitCursor(waitCursorCount, code);
 }
 
 } // namespace
@@ -85,9 +90,7 @@ int CWinApp::DoMessageBox(LPCTSTR prompt, UINT type, UINT)
 
 void CWinApp::DoWaitCursor(int code)
 {
-    m_waitCursorCount = NextWaitCount(m_waitCursorCount, code);
-    if (code != 0 || m_waitCursorCount > 0)
-        vak::system::ShowWaitCursor(m_waitCursorCount > 0);
+    CountWaitCursor(m_waitCursorCount, code);
 }
 
 CWaitCursor::CWaitCursor()

@@ -6,6 +6,8 @@
 #include "framework/base/Object.h"
 #include "framework/base/String.h"
 
+#include <atomic>
+
 class CWnd;
 
 /// The application. The object made last is the current one; its destructor makes the one before it current
@@ -36,7 +38,8 @@ public:
 
 private:
     CString m_appName;
-    int m_waitCursorCount = 0;
+    /// Workers show the wait cursor as well.
+    std::atomic<int> m_waitCursorCount = 0;
     CWinApp* m_previous = nullptr;
 };
 
