@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <string>
 
 using vak::posix::Fail;
 using vak::posix::FailErrno;
@@ -47,6 +48,20 @@ int HostFlags(const OpenOptions& options)
     return flags;
 }
 
+/// Empties a file that is perhaps open for reading only, which the host cuts by its name and nothing else.
+bool Empty(int descriptor, const struct stat& found)
+{
+    const std::string name = "/proc/self/fd/" + std::to_string(descriptor);
+    return found.st_size == 0 || ftruncate(descriptor, 0) == 0 || truncate(name.c_str(), 0) == 0;
+}
+
+/// The host calls a handle of the wrong direction a bad one; the platform refuses the access.
+bool FailTransfer(int descriptor)
+{
+    const bool isOpen = errno == EBADF && fcntl(descriptor, F_GETFD) != -1;
+    return isOpen ? Fail(kErrorAccessDenied) : FailErrno();
+}
+
 /// Does what the platform's open does beyond the host's: no folders, the read-only attribute also for those
 /// whom the host lets write everything, sharing, emptying.
 bool Enter(int descriptor, const OpenOptions& options, bool isNew)
@@ -59,7 +74,7 @@ bool Enter(int descriptor, const OpenOptions& options, bool isNew)
         return Fail(kErrorAccessDenied);
     if (!posix::AdmitOpen(descriptor, found, options))
         return Fail(kErrorSharingViolation);
-    if (options.disposition != OpenOptions::Disposition::CreateAlways || ftruncate(descriptor, 0) == 0)
+    if (options.disposition != OpenOptions::Disposition::CreateAlways || Empty(descriptor, found))
         return true;
     FailErrno();
     posix::ForgetOpen(descriptor);
@@ -117,7 +132,7 @@ bool ReadFile(HANDLE file, void* buffer, UINT size, UINT& done)
         if (got > 0)
             done += static_cast<UINT>(got);
         else if (errno != EINTR)
-            return FailErrno();
+            return FailTransfer(Descriptor(file));
     }
     return true;
 }
@@ -133,7 +148,7 @@ bool WriteFile(HANDLE file, const void* buffer, UINT size, UINT& done)
         if (put >= 0)
             done += static_cast<UINT>(put);
         else if (errno != EINTR)
-            return FailErrno();
+            return FailTransfer(Descriptor(file));
     }
     return true;
 }

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 using vak::posix::Fail;
 using vak::posix::FailErrno;
@@ -113,6 +114,11 @@ bool CopyContents(HANDLE from, HANDLE to)
             return false;
     }
 }
+
+struct CloseDirectory
+{
+    void operator()(DIR* directory) const { closedir(directory); }
+};
 
 /// A renamed name is on the disk only with its folder.
 void FlushFolder(const std::string& folder)
@@ -251,17 +257,16 @@ bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
     const Host host(folder == nullptr || *folder == 0 ? L"." : folder);
     if (!host)
         return false;
-    DIR* const directory = opendir(host);
+    const std::unique_ptr<DIR, CloseDirectory> directory(opendir(host));
     if (directory == nullptr)
         return FailPath(host.Name());
-    while (const dirent* found = readdir(directory)) {
+    while (const dirent* found = readdir(directory.get())) {
         FileEntry entry;
         entry.name = posix::NameFromHost(found->d_name);
         // A name without a file behind it, a link that leads nowhere or one just removed, is not there.
-        if (Query(dirfd(directory), found->d_name, entry))
+        if (Query(dirfd(directory.get()), found->d_name, entry))
             entries.push_back(entry);
     }
-    closedir(directory);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "framework/base/SystemFileFault.h"
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace vak::system {
@@ -27,6 +28,17 @@ void Fill(FileEntry& entry, const Found& found)
     entry.accessed = found.ftLastAccessTime;
     entry.written = found.ftLastWriteTime;
 }
+
+/// Keeps the error that the search ended with.
+struct CloseSearch
+{
+    void operator()(HANDLE search) const
+    {
+        const DWORD error = GetLastError();
+        FindClose(search);
+        SetLastError(error);
+    }
+};
 
 std::vector<wchar_t> Complete(LPCWSTR path)
 {
@@ -139,15 +151,13 @@ bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
     // The root of an empty volume has no entries at all.
     if (search == INVALID_HANDLE_VALUE)
         return GetLastError() == ERROR_FILE_NOT_FOUND;
+    const std::unique_ptr<void, CloseSearch> closing(search);
     do {
         entries.emplace_back();
         entries.back().name = found.cFileName;
         Fill(entries.back(), found);
     } while (FindNextFileW(search, &found));
-    const DWORD error = GetLastError();
-    FindClose(search);
-    SetLastError(error);
-    return error == ERROR_NO_MORE_FILES;
+    return GetLastError() == ERROR_NO_MORE_FILES;
 }
 
 } // namespace vak::system
