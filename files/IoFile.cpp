@@ -44,6 +44,7 @@ IoFile::~IoFile()
 
 void IoFile::Init(unsigned int flags)
 {
+    m_cursor.Return();
     m_flags = flags;
     m_finder = nullptr;
     m_textFile = nullptr;
@@ -119,6 +120,7 @@ void IoFile::LoadIntoMemory()
     // Lines are read from the text file, beginning with the first.
     m_textFile->SeekToBegin();
     m_file = m_memFile;
+    m_memFile->Lend(m_cursor);
 }
 
 void IoFile::CloseFile()
@@ -182,10 +184,20 @@ int IoFile::EndOfFile() const
     return 0;
 }
 
+/// Reads by the cursor again, after the memory file has taken the position back.
+void IoFile::LendAgain()
+{
+    if (m_memFile != nullptr && m_file == m_memFile)
+        m_memFile->Lend(m_cursor);
+}
+
 int IoFile::ReadFromFile(void* buffer, unsigned int size)
 {
-    const UINT read = m_file == nullptr ? 0 : m_file->Read(buffer, size);
-    return read == size && m_file != nullptr ? 1 : EndOfFile();
+    if (m_file == nullptr)
+        return EndOfFile();
+    const UINT read = m_file->Read(buffer, size);
+    LendAgain();
+    return read == size ? 1 : EndOfFile();
 }
 
 int IoFile::FileReverseRead(void* buffer, unsigned int size)
@@ -302,6 +314,7 @@ int IoFile::FileSeek(ULONGLONG position, unsigned int from)
     Flush();
     if (m_file != nullptr)
         m_file->Seek(static_cast<LONGLONG>(position), from);
+    LendAgain();
     return 1;
 }
 

@@ -69,8 +69,8 @@ public:
     /// Reads exactly `size` bytes and returns 1; otherwise returns 0, or throws with kStrictReads.
     int FileRead(void* buffer, unsigned int size)
     {
-        if (m_memFile != nullptr && m_memFile->Has(size)) {
-            CopyValue(buffer, m_memFile->Pass(size), size);
+        if (m_cursor.Has(size)) {
+            CopyValue(buffer, m_cursor.Pass(size), size);
             return 1;
         }
         return ReadFromFile(buffer, size);
@@ -156,12 +156,16 @@ private:
         }
     }
     int ReadFromFile(void* buffer, unsigned int size);
+    void LendAgain();
     int EndOfFile() const;
     void LoadIntoMemory();
     void ReleaseMemory();
     CFile& OpenedFile() const;
 
     bool m_waiting = false; ///< the wait cursor has begun for this file
+    /// Reads in place of the memory file. A copy of this object begins without; the memory file sees to it
+    /// that all who read share one position.
+    CCustomMemFile::Cursor m_cursor;
 };
 
 /// Reverses the order of `size` bytes in place; sizes below 2 leave them as they are.
