@@ -2,6 +2,7 @@
 #include "framework/base/Archive.h"
 #include "framework/base/FileException.h"
 #include "framework/base/MemFile.h"
+#include "framework/base/StringArray.h"
 #include "framework/base/StringList.h"
 #include "framework/base/SystemFileFault.h"
 #include "tests/support/Print.h"
@@ -66,9 +67,9 @@ CCustomData Loaded(const std::string& name)
 CCustomData AllKinds()
 {
     CCustomData store, nested;
-    CStringList list;
+    CStringArray texts;
     for (const wchar_t* const text : {L"a", L"", L"bc"})
-        list.AddTail(text);
+        texts.Add(text);
     nested.SetInt(21, 7);
     store.SetInt(1, -2);
     store.SetUInt(2, 0xFFFFFFFE);
@@ -83,7 +84,7 @@ CCustomData AllKinds()
     store.SetBinary(11, "\0\1\2", 3);
     store.SetString(12, L"é€");
     store.SetStringA(13, "caf\xe9");
-    store.SetStringList(14, list);
+    store.SetStringArray(14, texts);
     store.SetCustomData(15, nested);
     return store;
 }
@@ -138,16 +139,56 @@ TEST(CustomDataStorageTest, WritesAndReadsTheDocumentedBytes)
     EXPECT_EQ(Stored(CCustomData()), std::string("4SUC\0\0\0\0", 8));
 
     const CCustomData store = Loaded("all_kinds.cus4");
-    LONGLONG wide = 0;
-    void* pointer = nullptr;
+    unsigned int uintValue = 0;
+    LONG longValue = 0;
+    ULONG ulongValue = 0;
+    LONGLONG longLong = 0;
+    ULONGLONG ulongLong = 0;
+    int boolean = 0;
     double number = 0;
+    void* pointer = nullptr;
     CString text;
-    EXPECT_EQ(store.GetLongLong(5, wide, 0) + store.GetPtr(10, pointer) + store.GetDouble(9, number, 0), 3);
-    EXPECT_EQ(wide, -1099511627776);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pointer), 0x1122334455667788u);
+    EXPECT_EQ(store.GetUInt(2, uintValue, 0) + store.GetLong(3, longValue, 0) +
+                  store.GetULong(4, ulongValue, 0) + store.GetLongLong(5, longLong, 0) +
+                  store.GetULongLong(6, ulongLong, 0) + store.GetBool(7, boolean, 0) +
+                  store.GetDouble(9, number, 0) + store.GetPtr(10, pointer) + store.GetString(12, text, L""),
+              9);
+    EXPECT_EQ(uintValue, 0xFFFFFFFEu);
+    EXPECT_EQ(longValue, -3);
+    EXPECT_EQ(ulongValue, 4000000000u);
+    EXPECT_EQ(longLong, -1099511627776);
+    EXPECT_EQ(ulongLong, 9223372036854775809u);
+    EXPECT_EQ(boolean, 2);
     EXPECT_EQ(number, -0.1);
-    EXPECT_EQ(store.GetString(12, text, L""), 1);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pointer), 0x1122334455667788u);
     EXPECT_EQ(text, L"é€");
+    EXPECT_EQ(store.GetPtr(11, pointer), 0);
+    EXPECT_EQ(pointer, nullptr);
+}
+
+TEST(CustomDataStorageTest, GivesDerivedClassesTheRawAndTheOldestForm)
+{
+    struct Derived : CCustomData
+    {
+        using CCustomData::ConvertPreviousData;
+        using CCustomData::CustomDataFromRaw;
+        using CCustomData::RawFromCustomData;
+    } store;
+    unsigned int size = 1;
+    EXPECT_EQ(store.RawFromCustomData(store, size), nullptr);
+    EXPECT_EQ(size, 0u);
+    unsigned char* const raw = store.RawFromCustomData(AllKinds(), size);
+    EXPECT_EQ("4SUC" + std::string("\x3E\1\0\0", 4) + std::string(raw, raw + size), Golden("all_kinds.cus4"));
+    CCustomData out = New();
+    store.CustomDataFromRaw(out, raw);
+    std::free(raw);
+    EXPECT_EQ(Stored(out), Golden("all_kinds.cus4"));
+
+    const std::string chain = Golden("narrow_old.cust").substr(8);
+    CCustomData old;
+    store.ConvertPreviousData(
+        old, static_cast<const CustomPrivateDataOld*>(static_cast<const void*>(chain.data())));
+    EXPECT_TRUE(old.IsEqual(Loaded("narrow_old.cus4")));
 }
 
 TEST(CustomDataStorageTest, ReadsOlderFormsByTheirStringMode)

@@ -261,6 +261,9 @@ TEST(CustomDataTest, ReadsTextsByKindAndDropsWhatIsNotTerminated)
     CStringList list;
     EXPECT_EQ(store.GetStringList(4, list), 2);
     EXPECT_EQ(list.GetTail(), L"deux");
+    store.SetStringList(6, list);
+    EXPECT_EQ(std::string(static_cast<const char*>(store.GetCustomPtr(6)), store.GetDataSize(6)),
+              std::string("u\0n\0\0\0d\0e\0u\0x\0\0\0", 16));
     EXPECT_EQ(store.GetStringList(1, list), 0);
     EXPECT_TRUE(list.IsEmpty());
 }
