@@ -20,6 +20,8 @@ using vak::test::TempFolder;
 
 namespace {
 
+constexpr const wchar_t* kLoadMessage = L"Le pilote de la tablette manque.";
+
 /// An application whose plug-ins folder holds what a test puts there.
 class IoPlugins : public testing::Test
 {
@@ -43,7 +45,7 @@ protected:
     CString PluginPath(const CString& name) const { return GetPluginsDirectory(0) + name + L".dll"; }
 
     /// What is known of that plug-in's refusal; a path of "" when it is not refused.
-    IoPluginRefusal RefusalOf(const CString& name, const CString& entryPoint) const
+    IoPluginRefusal RefusalOf(const CString& name, const CString& entryPoint = L"Init3DParser") const
     {
         IoPluginRefusal refusal;
         for (unsigned int index = 0; GetPluginRefusal(index, refusal); ++index)
@@ -89,13 +91,20 @@ TEST_F(IoPlugins, AreCountedAndTakeTheirKindsAlongWhenTheyGo)
     EXPECT_EQ(fileGetClass(L"a.vt3"), unsigned{'VTM3'});
     RegisterIOPlugins(0x8000);
     EXPECT_EQ(Count(PluginPath(L"good")), 1);
+
+    FreeIOPlugins(kIoPlugin3D);
+    fs::rename(m_folder.Host("plugins/good.dll"), m_folder.Host("plugins/only-3d.dll"));
+    RegisterIOPlugins(kIoPluginBitmaps);
+    IoPluginInfo info;
+    ASSERT_TRUE(GetLoadedPlugin(0, info));
+    EXPECT_EQ(info.kinds, 0) << "a kind of another family was registered";
 }
 
 TEST_F(IoPlugins, MakeTheParserOfTheirFiles)
 {
     Put("Behaving", "good");
     RegisterIOPlugins(kIoPlugin3D);
-    CFileIo io(CFileNameSpec(L"C:\\a\\b.vt3"), FILE_PARSER_LOADING | FILE_PARSER_NO_PREFERENCES, nullptr);
+    CFileIo io(CFileNameSpec(L"b.vt3"), FILE_PARSER_LOADING | FILE_PARSER_NO_PREFERENCES, nullptr);
     CFileIo late = io;
     ASSERT_NE(io.InitParser(), nullptr);
     EXPECT_EQ(io.GetCurrentParser()->GetFileIo(), &io);
@@ -108,27 +117,27 @@ TEST_F(IoPlugins, MakeTheParserOfTheirFiles)
 
 TEST_F(IoPlugins, AreRefusedForWhatIsTheMatterWithEachAndKeepNobodyElseOut)
 {
-    struct Row
+    using enum IoPluginRefusalReason;
+    const struct
     {
         const char* library;
         const char* name;
         IoPluginRefusalReason reason;
-        DWORD systemError;
-    };
-    using enum IoPluginRefusalReason;
-    const Row rows[] = {
-        {"NoVersion", "no-version", NoVersion, 0},
-        {"NoEntryPoint", "no-entry", NoEntryPoint, 0},
-        {"OtherVersion", "other-version", WrongVersion, 0},
-        {"FailingStart", "failing-start", LoadFailed, ERROR_DLL_INIT_FAILED},
+        DWORD systemError = 0;
+        const wchar_t* message = L"";
+    } rows[] = {
+        {"NoVersion", "no-version", NoVersion},
+        {"NoEntryPoint", "no-entry", NoEntryPoint},
+        {"OtherVersion", "other-version", WrongVersion},
+        {"FailingStart", "failing-start", LoadFailed, ERROR_DLL_INIT_FAILED, kLoadMessage},
         {"NeedsDependency", "needs-dependency", LoadFailed, ERROR_MOD_NOT_FOUND},
-        {"Behaving", "empty", DeclaredNothing, 0},
-        {"Behaving", "fails", DeclaredNothing, 0},
-        {"Behaving", "throws-exception", EntryPointThrew, 0},
-        {"Behaving", "throws-number", EntryPointThrew, 0},
-        {"Behaving", "throws-standard", EntryPointThrew, 0},
+        {"Behaving", "empty", DeclaredNothing},
+        {"Behaving", "fails", DeclaredNothing},
+        {"Behaving", "throws-exception", EntryPointThrew, 0, L"no licence"},
+        {"Behaving", "throws-number", EntryPointThrew},
+        {"Behaving", "throws-standard", EntryPointThrew, 0, L"out of paper"},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         Put(row.library, row.name);
     Put("Behaving", "zz-good");
     m_folder.Write("plugins/junk.dll", "MZ, but not for long");
@@ -139,43 +148,31 @@ TEST_F(IoPlugins, AreRefusedForWhatIsTheMatterWithEachAndKeepNobodyElseOut)
     RegisterIOPlugins(kIoPlugin3D);
 
     EXPECT_EQ(fileGetClass(L"a.vt3"), unsigned{'VTM3'}) << "the last plug-in was not reached";
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        const IoPluginRefusal refusal = RefusalOf(CString(row.name), L"Init3DParser");
-        EXPECT_FALSE(refusal.path.IsEmpty());
+        const IoPluginRefusal refusal = RefusalOf(CString(row.name));
         EXPECT_EQ(refusal.reason, row.reason);
         EXPECT_EQ(refusal.systemError, row.systemError);
+        EXPECT_EQ(refusal.message, row.message);
         EXPECT_EQ(Count(refusal.path), 0);
         EXPECT_EQ(GetModuleHandleW(refusal.path), nullptr) << "it is still loaded";
         EXPECT_FALSE(GetPluginRefusalText(refusal).IsEmpty());
     }
-    EXPECT_EQ(RefusalOf(L"junk", L"Init3DParser").systemError, DWORD{ERROR_BAD_EXE_FORMAT});
-    EXPECT_EQ(RefusalOf(L"other-version", L"Init3DParser").version, 0x50001u);
+    EXPECT_EQ(RefusalOf(L"junk").systemError, DWORD{ERROR_BAD_EXE_FORMAT});
+    EXPECT_EQ(RefusalOf(L"other-version").version, 0x50001u);
     EXPECT_EQ(GetEnvironmentVariableW(L"VAK_TEST_PLUGIN_STARTED", nullptr, 0), 0u)
         << "the probe ran the initialisation";
-    EXPECT_EQ(RefusalOf(L"throws-exception", L"Init3DParser").message, L"no licence");
-    EXPECT_EQ(RefusalOf(L"throws-standard", L"Init3DParser").message, L"out of paper");
-    EXPECT_TRUE(RefusalOf(L"folder", L"Init3DParser").path.IsEmpty());
+    EXPECT_TRUE(RefusalOf(L"folder").path.IsEmpty());
 
     // Only these two are told, and once; then the plug-ins are not even looked at.
     ASSERT_EQ(m_recorder.Boxes().size(), 2u);
-    EXPECT_EQ(m_recorder.Boxes()[0].text, L"Le pilote de la tablette manque.");
+    EXPECT_EQ(m_recorder.Boxes()[0].text, kLoadMessage);
     EXPECT_EQ(m_recorder.Boxes()[1].text,
               L"Les plugins contenus dans " + PluginPath(L"other-version") +
                   L"\nutilisent la version 5.1 des librairies.\n\nIls ne sont pas prévus pour fonctionner "
                   L"avec cette version du logiciel \nqui utilise la version 5.0 des librairies.");
     RegisterIOPlugins(kIoPlugin3D);
     EXPECT_EQ(m_recorder.Boxes().size(), 2u);
-}
-
-TEST_F(IoPlugins, OfAnotherFamilyRegisterNothing)
-{
-    Put("Behaving", "only-3d");
-    RegisterIOPlugins(kIoPluginBitmaps);
-    EXPECT_EQ(fileGetClass(L"a.vt3"), 0u);
-    IoPluginInfo info;
-    ASSERT_TRUE(GetLoadedPlugin(0, info));
-    EXPECT_EQ(info.kinds, 0);
 }
 
 TEST_F(IoPlugins, FindTheirDependenciesBesideThemAndNotInTheCurrentDirectory)
@@ -187,7 +184,7 @@ TEST_F(IoPlugins, FindTheirDependenciesBesideThemAndNotInTheCurrentDirectory)
     _DllInfo info;
     EXPECT_FALSE(LoadPlugin(PluginPath(L"first"), L"Init3DParser", info));
     EXPECT_EQ(info.module, nullptr);
-    EXPECT_EQ(RefusalOf(L"first", L"Init3DParser").systemError, DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(RefusalOf(L"first").systemError, DWORD{ERROR_MOD_NOT_FOUND});
     vak::system::EnterFolder(before);
 
     Put("NeedsDependency", "second");
@@ -207,7 +204,7 @@ TEST_F(IoPlugins, CanBeFreedAndRefusedByTheHost)
     EXPECT_EQ(Count(PluginPath(L"good")), 1);
     FreePlugin(info.module, L"Init3DParser", 1);
     EXPECT_EQ(GetModuleHandleW(PluginPath(L"good")), nullptr);
-    EXPECT_EQ(RefusalOf(L"good", L"Init3DParser").reason, IoPluginRefusalReason::FreedByHost);
+    EXPECT_EQ(RefusalOf(L"good").reason, IoPluginRefusalReason::FreedByHost);
     EXPECT_TRUE(RefusalOf(L"good", L"InitBitmapParser").path.IsEmpty());
     EXPECT_FALSE(LoadPlugin(PluginPath(L"good"), L"Init3DParser", info));
 }
