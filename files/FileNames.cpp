@@ -81,9 +81,11 @@ int fileIsValidFileName(const CString& name, unsigned int flags)
 
 CString fileCreateUniqueName(const CString& path, int style)
 {
-    if (fileExists(path) == 0)
-        return path;
-    return FirstFree(fileRemoveExtension(path), style != 0 ? L" (%I64u)" : L"%I64u", fileGetExtension(path));
+    // The operating system ends a name at its first zero: a number behind it would never make another name.
+    const CString name(path.GetString());
+    if (fileExists(name) == 0)
+        return name;
+    return FirstFree(fileRemoveExtension(name), style != 0 ? L" (%I64u)" : L"%I64u", fileGetExtension(name));
 }
 
 CString fileCreateTmpName(const CString& name)
@@ -93,7 +95,7 @@ CString fileCreateTmpName(const CString& name)
 
 CString fileCreateTmpFolder(const CString& name, int create)
 {
-    CString folder = TemporaryBase() + name;
+    CString folder = TemporaryBase() + name.GetString(); // up to its first zero, as above
     fileRemoveSlashTermination(folder);
     if (fileExists(folder) != 0)
         folder = FirstFree(folder, L"%I64u", CString());

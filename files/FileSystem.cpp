@@ -179,7 +179,8 @@ int fileSetLastWriteDate(const CString& path, const CTime& date)
 int fileCreateDirectory(const CString& path, int createParents)
 {
     CString folder = path;
-    fileRemoveSlashTermination(folder);
+    if (!detail::IsRootPath(folder))
+        fileRemoveSlashTermination(folder);
     if (createParents != 0)
         return MakeFolders(folder) ? 1 : 0;
     return system::MakeFolder(folder) ? 1 : 0;
@@ -187,18 +188,21 @@ int fileCreateDirectory(const CString& path, int createParents)
 
 int fileRemoveDirectory(const CString& path, int recursive, CStringArray* remaining)
 {
-    if (!IsFolder(path) || detail::IsRootPath(FullPathOf(path)))
-        return 0;
-    CString folder = path;
+    // The operating system ends a name at its first zero, also when more is joined to it behind the zero.
+    const CString name(path.GetString());
+    CString folder = name;
     fileSlashTerminate(folder);
+    // "C:" is the drive's current folder, but with a backslash behind it is the whole drive.
+    if (!IsFolder(name) || detail::IsRootPath(folder) || detail::IsRootPath(FullPathOf(name)))
+        return 0;
     std::vector<CString> kept;
-    if (recursive != 0 && !system::IsLink(path))
+    if (recursive != 0 && !system::IsLink(name))
         kept = RemoveTree(folder);
     else if (!system::RemoveEmptyFolder(folder))
         kept.push_back(folder);
     if (remaining != nullptr) {
-        for (const CString& name : kept)
-            remaining->Add(name);
+        for (const CString& stayed : kept)
+            remaining->Add(stayed);
     }
     return kept.empty() ? 1 : 0;
 }

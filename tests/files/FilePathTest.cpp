@@ -8,16 +8,11 @@
 
 TEST(FilePath, IsSplitByItsText)
 {
-    struct Row
-    {
-        LPCWSTR path;
-        LPCWSTR directory;
-        LPCWSTR name;
-        LPCWSTR bareName;
-        LPCWSTR extension;
-    };
     // Nothing of these names exists: the disk says no.
-    const Row rows[] = {
+    const struct
+    {
+        LPCWSTR path, directory, name, bareName, extension;
+    } rows[] = {
         {L"C:\\x1\\b.tar.GZ", L"C:\\x1\\", L"b.tar.GZ", L"b.tar", L".GZ"},
         {L"C:\\x.1\\none", L"C:\\x.1\\", L"none", L"none", L""},
         {L"C:\\x1\\", L"C:\\x1\\", L"", L"", L""},
@@ -28,7 +23,7 @@ TEST(FilePath, IsSplitByItsText)
         {L"C:\\x1\\Dr. No", L"C:\\x1\\", L"Dr. No", L"Dr. No", L""},
         {L"C:\\x1\\\u00e9t\u00e9.\u00e9", L"C:\\x1\\", L"\u00e9t\u00e9.\u00e9", L"\u00e9t\u00e9", L".\u00e9"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(testing::PrintToString(CString(row.path)));
         EXPECT_EQ(CString(row.directory), fileStripName(row.path));
         EXPECT_EQ(CString(row.name), fileStripPath(row.path));
@@ -51,13 +46,11 @@ TEST(FilePath, AnExistingDirectoryHasNoFileName)
 
 TEST(FilePath, DirectoriesCompareByText)
 {
-    struct Row
+    const struct
     {
-        LPCWSTR first;
-        LPCWSTR second;
+        LPCWSTR first, second;
         DirCompare result;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {L"C:\\A", L"c:\\a\\", DirCompareSame},
         {L"rel\\\u00c9", L"REL\\\u00e9", DirCompareSame},
         {L"C:\\a\\b", L"C:\\A", DirCompareSubdir},
@@ -67,7 +60,7 @@ TEST(FilePath, DirectoriesCompareByText)
         {L"C:\\x\\a\\b", L"\\a", DirCompareSubdir},
         {L"\\a", L"C:\\x\\a\\b", DirCompareParent},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         EXPECT_EQ(row.result, fileCompareDirectory(row.first, row.second))
             << testing::PrintToString(CString(row.first)) << testing::PrintToString(CString(row.second));
     }
@@ -77,9 +70,7 @@ TEST(FilePath, IsMadeRelativeAndAbsolute)
 {
     struct Row
     {
-        LPCWSTR base;
-        LPCWSTR path;
-        LPCWSTR result;
+        LPCWSTR base, path, result;
     };
     const Row relative[] = {
         {L"c:\\data\\", L"C:\\Data\\x\\y.obj", L".\\x\\y.obj"},
@@ -133,10 +124,10 @@ TEST(FilePath, WalkingUpwardsEndsAtTheTop)
 {
     CString path = L"C:\\a\\b\\no-such.txt";
     EXPECT_EQ(CString(L"b"), fileTopDirectory(path));
-    EXPECT_EQ(1, fileGetParentDirectory(path));
-    EXPECT_EQ(CString(L"C:\\a\\"), path);
-    EXPECT_EQ(1, fileGetParentDirectory(path));
-    EXPECT_EQ(CString(L"C:\\"), path);
+    for (const LPCWSTR parent : {L"C:\\a\\", L"C:\\"}) {
+        EXPECT_EQ(1, fileGetParentDirectory(path));
+        EXPECT_EQ(CString(parent), path);
+    }
     EXPECT_EQ(0, fileGetParentDirectory(path));
     EXPECT_EQ(CString(L"C:\\"), path);
     path = L"\\\\srv\\share\\a";

@@ -5,22 +5,20 @@
 
 #include <gtest/gtest.h>
 
-using vak::detail::LocalPath;
 using vak::detail::NetworkFormByShares;
 
 TEST(NetworkPath, NeedsServerAndShare)
 {
-    struct Row
+    const struct
     {
         LPCWSTR path;
         int isNetwork;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {L"\\\\srv\\share", 1}, {L"\\\\srv\\share\\d\\f.x", 1}, {L"\\\\?\\UNC\\srv\\share\\f", 1},
         {L"\\\\srv\\", 0},      {L"\\\\srv\\\\x", 0},           {L"\\\\\\share", 0},
         {L"\\\\?\\C:\\d", 0},   {L"\\\\.\\pipe\\x", 0},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(row.isNetwork, fileIsUNCPath(row.path)) << testing::PrintToString(CString(row.path));
     CString form = L"before";
     EXPECT_EQ(1, fileConvertToUNCPath(L"\\\\srv\\share\\f.x", form));
@@ -33,20 +31,17 @@ TEST(NetworkPath, IsBuiltFromTheNearestShare)
 {
     const std::vector<vak::system::DiskShare> shares = {
         {L"C$", L"C:\\"}, {L"Base", L"c:\\data\\Base"}, {L"Data", L"C:\\Data\\"}, {L"empty", L""}};
-    struct Row
+    const struct
     {
-        LPCWSTR directory;
-        LPCWSTR name;
-        LPCWSTR form;
-    };
-    const Row rows[] = {
+        LPCWSTR directory, name, form;
+    } rows[] = {
         {L"c:\\dATA\\X\\", L"y.obj", L"\\\\PC\\Data\\X\\y.obj"},
         {L"C:\\Data\\", L"", L"\\\\PC\\Data\\"},
         {L"C:\\Data\\base\\", L"f", L"\\\\PC\\Base\\f"},
         {L"C:\\Data\\Basement\\", L"f", L"\\\\PC\\Data\\Basement\\f"},
         {L"C:\\Database\\", L"f", L"\\\\PC\\C$\\Database\\f"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         CString form;
         EXPECT_TRUE(NetworkFormByShares({row.directory, row.name}, L"PC", shares, form));
         EXPECT_EQ(CString(row.form), form);

@@ -263,8 +263,9 @@ bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
     while (const dirent* found = readdir(directory.get())) {
         FileEntry entry;
         entry.name = posix::NameFromHost(found->d_name);
-        // A name without a file behind it, a link that leads nowhere or one just removed, is not there.
-        if (Query(dirfd(directory.get()), found->d_name, entry))
+        // A name without a file behind it, a link that leads nowhere or one just removed, is not there. One
+        // with a backslash in it would, joined to a path, lead somewhere else.
+        if (entry.name.Find(L'\\') < 0 && Query(dirfd(directory.get()), found->d_name, entry))
             entries.push_back(entry);
     }
     return true;

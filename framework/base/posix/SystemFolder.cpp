@@ -123,7 +123,9 @@ bool FullPath(const CString& path, CString& full)
     CString absolute = path;
     absolute.Replace(L'/', L'\\');
     const bool hasDrive = path.GetLength() > 1 && path[1] == L':';
-    if (!hasDrive && absolute[0] != L'\\')
+    if (hasDrive && (path[0] | 0x20) == L'z' && absolute.Mid(2, 1) != L"\\")
+        absolute = CurrentFolder() + absolute.Mid(2);
+    else if (!hasDrive && absolute[0] != L'\\')
         absolute = CurrentFolder() + absolute;
     else if (!hasDrive && absolute.Left(2) != L"\\\\")
         absolute = L"Z:" + absolute;
