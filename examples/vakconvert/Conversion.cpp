@@ -53,6 +53,8 @@ CString Run(CFileIo& io, Content& content)
         return text.IsEmpty() ? CString(L"the plug-in failed") : text;
     } catch (const std::exception& failure) {
         return L"the plug-in failed: " + FromUtf8(failure.what());
+    } catch (...) {
+        return L"the plug-in failed";
     }
 }
 
@@ -67,6 +69,8 @@ CString Describe(const Content& content, bool isMesh)
 {
     CString text;
     if (!isMesh) {
+        if (!content.image.IsConsistent())
+            return L"no picture";
         static constexpr const wchar_t* kChannels[] = {L"grey", L"grey+alpha", L"RGB", L"RGBA"};
         text.Format(L"%u x %u %s", content.image.width, content.image.height,
                     kChannels[content.image.channels - 1]);

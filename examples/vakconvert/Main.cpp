@@ -9,9 +9,11 @@
 #include "files/FileText.h"
 #include "files/IoPlugins.h"
 #include "framework/base/Application.h"
+#include "framework/base/Exception.h"
 #include "framework/base/StringTable.h"
 
 #include <algorithm>
+#include <exception>
 
 /// A console program shows the library's message boxes as lines of its error output.
 class ConsoleApplication : public CWinApp
@@ -166,5 +168,12 @@ extern "C" int wmain(int argc, wchar_t** argv)
     const ConsoleApplication application(console);
     vak::SetTextLanguage(kEnglish); // what the library has in English; the rest it tells in French
     const std::vector<CString> arguments(argv + 1, argv + argc);
-    return Run(console, arguments);
+    try {
+        return Run(console, arguments);
+    } catch (CException* failure) {
+        failure->Delete();
+    } catch (const std::exception&) {
+    }
+    console.PrintError(L"vakconvert: given up, for want of memory or because a plug-in failed\n");
+    return kFailed;
 }

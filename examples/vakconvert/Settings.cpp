@@ -29,10 +29,11 @@ bool TakeSwitch(const CString& argument, Settings& settings)
     return false;
 }
 
-CString FullPath(const CString& path)
+/// The library knows backslashes only; users write slashes too, and the system takes both.
+CString FullPath(CString path)
 {
-    CString full = fileMakeAbsolutePath(fileGetCurrentDirectory(), path);
-    return full;
+    path.Replace(L'/', L'\\');
+    return fileMakeAbsolutePath(fileGetCurrentDirectory(), path);
 }
 
 /// Takes an argument that has a value; false when `name` is none of these. `problem` tells of a bad value.
