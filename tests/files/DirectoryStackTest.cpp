@@ -16,7 +16,6 @@ TEST(DirectoryStack, GivesBackWhatWasCurrent)
         EXPECT_EQ(start, filePushCurrentDirectory(folder.Path()));
         EXPECT_EQ(folder.Path(), fileGetCurrentDirectory());
         EXPECT_EQ(folder.Path(), filePushCurrentDirectory(folder.Path("\u00e9t\u00e9")));
-        EXPECT_EQ(folder.Path("\u00e9t\u00e9\\"), fileGetCurrentDirectory());
         // A directory that cannot be entered keeps the pairs together.
         EXPECT_EQ(folder.Path("\u00e9t\u00e9\\"), filePushCurrentDirectory(folder.Path("absent")));
         EXPECT_EQ(folder.Path("\u00e9t\u00e9\\"), filePopCurrentDirectory());
