@@ -77,7 +77,7 @@ TEST_F(Vakconvert, OneSourceNeverReplacesTheResultOfAnother)
     m_folder.Write("in/a.obj", kTriangle);
     m_folder.Write("in/a.ply", "ply\nformat ascii 1.0\n");
     m_folder.Write("in/b.obj", "v 0 0 0\n");
-    EXPECT_EQ(Run(L"-y --to stl --dest @out @in\\*.obj @in\\a.obj @in\\a.ply"), 1u);
+    EXPECT_EQ(Run(L"-y --to stl --dest @out @in\\*.obj @in/a.obj @in\\a.ply"), 1u);
     EXPECT_TRUE(Says("a.stl is already the result of another source")) << m_output;
     EXPECT_TRUE(Says("1 converted, 2 failed")) << m_output;
 }
