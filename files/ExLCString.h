@@ -8,12 +8,12 @@ class CExLCString : public CString
 {
 public:
     CExLCString() = default;
-    CExLCString(const CExLCString&) = default;
+    CExLCString(const CExLCString& text) : CString(text) { MakeLower(); }
     CExLCString(const CString& text) : CString(text) { MakeLower(); }
     CExLCString(LPCWSTR text) : CString(text) { MakeLower(); }
     CExLCString(LPCSTR text) : CString(text) { MakeLower(); }
 
-    CExLCString& operator=(const CExLCString&) = default;
+    CExLCString& operator=(const CExLCString& text) { return Assign<CString>(text); }
     CExLCString& operator=(const CString& text) { return Assign(text); }
     CExLCString& operator=(LPCWSTR text) { return Assign(text); }
     CExLCString& operator=(LPCSTR text) { return Assign(text); }

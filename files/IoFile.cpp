@@ -24,7 +24,7 @@ void Reverse(BYTE* bytes, size_t size)
 
 void ReverseElements(BYTE* bytes, unsigned int count, unsigned int size)
 {
-    for (unsigned int i = 0; i < count; ++i)
+    for (unsigned int i = 0; size > 1 && i < count; ++i)
         Reverse(bytes + static_cast<size_t>(i) * size, size);
 }
 

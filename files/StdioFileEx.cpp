@@ -117,6 +117,8 @@ UINT CStdioFileEx::ProcessFlags(LPCTSTR path, UINT& flags)
 
 BOOL CStdioFileEx::Open(LPCTSTR path, UINT flags, CFileException* error)
 {
+    // What is still open would stand in the probe's way: by its sharing, or with text not yet written out.
+    Abort();
     const UINT adjusted = ProcessFlags(path, flags);
     if (!CStdioFile::Open(path, adjusted & ~kWriteUtf16, error))
         return FALSE;

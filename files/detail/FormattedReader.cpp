@@ -1,5 +1,6 @@
 #include "files/detail/FormattedReader.h"
 
+#include <algorithm>
 #include <climits>
 #include <clocale>
 #include <cstddef>
@@ -284,7 +285,7 @@ Outcome Reader::Integer(const Field& field)
         base = hexadecimal ? 16 : base == 0 ? 8 : base;
     }
     base = base == 0 ? 10 : base;
-    // What does not fit stays at the largest value.
+    // What does not fit 64 bits stays at the largest value, or the lowest.
     std::uint64_t value = 0;
     for (; left > 0 && DigitValue(m_source.Peek()) < base; --left) {
         const auto digit = static_cast<unsigned int>(DigitValue(Take()));
@@ -295,6 +296,8 @@ Outcome Reader::Integer(const Field& field)
     }
     if (!any)
         return Outcome::Mismatch;
+    if (field.kind == 'd' || field.kind == 'i')
+        value = std::min(value, std::uint64_t{INT64_MAX} + (negative ? 1 : 0));
     StoreInteger(field, negative ? 0 - value : value);
     return Outcome::Done;
 }

@@ -2,13 +2,14 @@
 
 #include "framework/base/ArchiveException.h"
 #include "framework/base/FileException.h"
+#include "tests/support/FaultyFile.h"
 #include "tests/support/MessageRecorder.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstddef>
+#include <iterator>
 #include <map>
 #include <random>
 #include <string>
@@ -22,22 +23,13 @@ namespace {
 class OpenedUp : public IoFile
 {
 public:
-    using IoFile::IoFile;
-    using IoFile::m_file;
-    using IoFile::m_fileName;
-    using IoFile::m_finder;
-    using IoFile::m_flags;
-    using IoFile::m_memFile;
-    using IoFile::m_searchMore;
-    using IoFile::m_textFile;
-    using IoFile::m_wantedExtension;
+    using IoFile::IoFile, IoFile::m_file, IoFile::m_fileName, IoFile::m_finder, IoFile::m_flags;
+    using IoFile::m_memFile, IoFile::m_searchMore, IoFile::m_textFile, IoFile::m_wantedExtension;
 };
 
-template <class Exception>
-class WithoutMessage : public Exception
+struct WithoutMessage : CFileException
 {
-public:
-    using Exception::Exception;
+    using CFileException::CFileException;
     BOOL GetErrorMessage(LPTSTR, UINT, PUINT) const override { return FALSE; }
 };
 
@@ -49,13 +41,11 @@ protected:
     static bool EndsStrictly(Read read)
     {
         try {
-            read();
+            return read(), false;
         } catch (CFileException* failure) {
             const bool isEnd = failure->m_cause == 14 && failure->m_lOsError == -1;
-            failure->Delete();
-            return isEnd;
+            return failure->Delete(), isEnd;
         }
-        return false;
     }
 
     TempFolder folder;
@@ -80,18 +70,14 @@ TEST_F(BinaryFile, NewObjectsAreSilentClosedAndWriting)
     EXPECT_EQ(file.FileSeek(1, CFile::begin), 1);
     EXPECT_EQ(file.GetFileStream(), nullptr);
     file.CloseFile();
-    const auto offset = [&file](const void* member) {
-        return static_cast<const char*>(member) - reinterpret_cast<const char*>(&file);
-    };
-    constexpr std::ptrdiff_t string = sizeof(CString);
-    EXPECT_EQ(offset(&file.m_flags), 0);
-    EXPECT_EQ(offset(&file.m_textFile), 8);
-    EXPECT_EQ(offset(&file.m_memFile), 16);
-    EXPECT_EQ(offset(&file.m_file), 24);
-    EXPECT_EQ(offset(&file.m_fileName), 32);
-    EXPECT_EQ(offset(&file.m_finder), 32 + string);
-    EXPECT_EQ(offset(&file.m_searchMore), 40 + string);
-    EXPECT_EQ(offset(&file.m_wantedExtension), 48 + string);
+    const void* const members[] = {&file.m_flags,      &file.m_textFile,       &file.m_memFile,
+                                   &file.m_file,       &file.m_fileName,       &file.m_finder,
+                                   &file.m_searchMore, &file.m_wantedExtension};
+    constexpr size_t offsets[] = {
+        0, 8, 16, 24, 32, 32 + sizeof(CString), 40 + sizeof(CString), 48 + sizeof(CString)};
+    for (size_t i = 0; i < std::size(offsets); ++i)
+        EXPECT_EQ(static_cast<const char*>(members[i]), reinterpret_cast<const char*>(&file) + offsets[i])
+            << i;
 }
 
 TEST_F(BinaryFile, TypedValuesAreWrittenLittleEndianAndReversedOnDemand)
@@ -230,55 +216,38 @@ TEST_F(BinaryFile, TextIsReadByLinesInEitherMode)
         SCOPED_TRACE(mode);
         IoFile reader(1, mode);
         CString line;
+        char bytes[5] = "????";
         ASSERT_TRUE(reader.OpenFile(path, 1));
+        // Translated text has fewer bytes than the file: none are made up.
         EXPECT_EQ(reader.FileGetLength(), mode == 0xA ? 4u : 6u);
+        EXPECT_EQ(reader.GetTextFile()->GetPosition(), 0u);
+        EXPECT_EQ(reader.FileRead(bytes, 4), 1);
+        EXPECT_STREQ(bytes, (mode & 8) != 0 ? "\xE9\nb\n" : "\xE9\r\nb");
+        reader.GetTextFile()->SeekToBegin();
         EXPECT_EQ(reader.ReadString(line), 1);
         EXPECT_EQ(line, L"é");
         EXPECT_EQ(reader.ReadString(line), 1);
         EXPECT_EQ(reader.ReadString(line), 0);
         EXPECT_EQ(reader.CheckCarriageReturn(), 0);
     }
-    // Translated text has fewer bytes than the file: none are made up.
-    IoFile memory(1, 0xA);
-    char bytes[5] = "????";
-    ASSERT_TRUE(memory.OpenFile(path, 1));
-    EXPECT_EQ(memory.FileRead(bytes, 4), 1);
-    EXPECT_STREQ(bytes, "\xE9\nb\n");
-    EXPECT_EQ(memory.FileRead(bytes, 1), 0);
 }
 
-TEST_F(BinaryFile, CopiesShareTheOpenFileUntilOneForgetsIt)
+TEST_F(BinaryFile, CopiesShareFilesSearchAndPositionUntilTheyForgetThem)
 {
-    IoFile first;
-    ASSERT_TRUE(first.OpenFile(folder.Write("a.bin", "abc"), 1));
-    ASSERT_TRUE(first.FindFileOpen(folder.Path(), L"*.bin"));
-    char byte = 0;
-    {
+    for (const unsigned int mode : {0u, 2u}) {
+        SCOPED_TRACE(mode);
+        IoFile first(1, mode), other(1, mode);
+        ASSERT_TRUE(first.OpenFile(folder.Write("a.bin", "abcdef"), 1));
+        ASSERT_TRUE(other.OpenFile(folder.Write("b.bin", "xyz"), 1));
+        ASSERT_TRUE(first.FindFileOpen(folder.Path(), L"*.bin"));
+        std::string read;
+        const auto one = [&read](IoFile& file) {
+            char byte = '-';
+            file.FileRead(&byte, 1);
+            read += byte;
+        };
         IoFile second(first);
-        EXPECT_EQ(second.GetCFile(), first.GetCFile());
         EXPECT_EQ(second.GetFileFinder(), first.GetFileFinder());
-        EXPECT_EQ(second.FileRead(&byte, 1), 1);
-        second.Init(0x4);
-        EXPECT_EQ(second.GetCFile(), nullptr);
-        EXPECT_TRUE(second.IsWriting());
-    }
-    EXPECT_EQ(first.FileRead(&byte, 1), 1);
-    EXPECT_EQ(byte, 'b');
-}
-
-TEST_F(BinaryFile, CopiesInMemoryModeShareOnePosition)
-{
-    IoFile first(1, 2), other(1, 2);
-    ASSERT_TRUE(first.OpenFile(folder.Write("a.bin", "abcdef"), 1));
-    ASSERT_TRUE(other.OpenFile(folder.Write("b.bin", "xyz"), 1));
-    std::string read;
-    const auto one = [&read](IoFile& file) {
-        char byte = '-';
-        file.FileRead(&byte, 1);
-        read += byte;
-    };
-    {
-        IoFile second(first);
         one(first);
         one(second);
         one(first);
@@ -290,12 +259,14 @@ TEST_F(BinaryFile, CopiesInMemoryModeShareOnePosition)
         third = second;
         one(third);
         one(other);
-        second.Init(0);
+        second.Init(0x4);
+        EXPECT_EQ(second.GetCFile(), nullptr);
+        EXPECT_TRUE(second.IsWriting());
         one(third);
         third.Init(0);
         one(first);
+        EXPECT_EQ(read, "abcdxeyf-");
     }
-    EXPECT_EQ(read, "abcdxeyf-");
 }
 
 TEST_F(BinaryFile, OpenFilesShowTheWaitCursorUnlessSilent)
@@ -327,37 +298,33 @@ TEST_F(BinaryFile, OpenFilesShowTheWaitCursorUnlessSilent)
 
 TEST_F(BinaryFile, ReportsNameTheFileInTheTextOfTheCause)
 {
-    using File = WithoutMessage<CFileException>;
+    using File = WithoutMessage;
     using Archive = CArchiveException;
     MessageRecorder application;
     File notFound(File::fileNotFound), badPath(File::badPath), denied(File::accessDenied),
-        full(File::diskFull), other(File::hardIO), named(File::diskFull, -1, L"autre.bin");
-    Archive end(Archive::endOfFile), index(Archive::badIndex), type(Archive::badClass),
-        schema(Archive::badSchema), readOnly(Archive::readOnly);
+        full(File::diskFull);
+    File other(File::hardIO), named(File::diskFull, -1, L"autre.bin");
+    Archive end(Archive::endOfFile), index(Archive::badIndex), type(Archive::badClass);
+    Archive schema(Archive::badSchema), readOnly(Archive::readOnly);
     CMemoryException memory;
-    const CString path = folder.Write("é.bin", "abc");
+    const std::map<UINT, const wchar_t*> texts = {
+        {0xF100, L"Impossible d'enregistrer le fichier %1."},
+        {0xF101, L"Impossible d'ouvrir le fichier %1."},
+        {0xF120, L"Le format du fichier %1 n'est pas valide."},
+        {0xF121, L"Le chemin du fichier %1 n'est pas valide."},
+        {0xF122, L"Le disque est plein : le fichier %1 ne peut pas être enregistré."},
+        {0xF123, L"L'accès en lecture au fichier %1 est refusé."},
+        {0xF124, L"L'accès en écriture au fichier %1 est refusé."}};
     const struct
     {
         CException* exception;
         int reading;
         UINT prompt;
-        const wchar_t* text;
-    } rows[] = {
-        {&notFound, 1, 0xF121, L"Le chemin du fichier %1 n'est pas valide."},
-        {&badPath, 0, 0xF121, L"Le chemin du fichier %1 n'est pas valide."},
-        {&denied, 1, 0xF123, L"L'accès en lecture au fichier %1 est refusé."},
-        {&denied, 0, 0xF124, L"L'accès en écriture au fichier %1 est refusé."},
-        {&full, 0, 0xF122, L"Le disque est plein : le fichier %1 ne peut pas être enregistré."},
-        {&named, 1, 0xF122, L"Le disque est plein : le fichier %1 ne peut pas être enregistré."},
-        {&other, 1, 0xF101, L"Impossible d'ouvrir le fichier %1."},
-        {&other, 0, 0xF100, L"Impossible d'enregistrer le fichier %1."},
-        {&end, 1, 0xF120, L"Le format du fichier %1 n'est pas valide."},
-        {&index, 1, 0xF120, L"Le format du fichier %1 n'est pas valide."},
-        {&type, 0, 0xF120, L"Le format du fichier %1 n'est pas valide."},
-        {&schema, 1, 0xF120, L"Le format du fichier %1 n'est pas valide."},
-        {&readOnly, 1, 0xF101, L"Impossible d'ouvrir le fichier %1."},
-        {&memory, 0, 0xF100, L"Impossible d'enregistrer le fichier %1."},
-    };
+    } rows[] = {{&notFound, 1, 0xF121}, {&badPath, 0, 0xF121}, {&denied, 1, 0xF123}, {&denied, 0, 0xF124},
+                {&full, 0, 0xF122},     {&named, 1, 0xF122},   {&other, 1, 0xF101},  {&other, 0, 0xF100},
+                {&end, 1, 0xF120},      {&index, 1, 0xF120},   {&type, 0, 0xF120},   {&schema, 1, 0xF120},
+                {&readOnly, 1, 0xF101}, {&memory, 0, 0xF100}};
+    const CString path = folder.Write("é.bin", "abc");
     IoFile file(0u);
     size_t shown = 0;
     for (const auto& row : rows) {
@@ -366,7 +333,7 @@ TEST_F(BinaryFile, ReportsNameTheFileInTheTextOfTheCause)
         file.ReportError(row.exception);
         file.CloseFile();
         ASSERT_EQ(application.Boxes().size(), ++shown);
-        CString text = row.text;
+        CString text = texts.at(row.prompt);
         text.Replace(L"%1", path);
         EXPECT_EQ(application.Boxes().back().text, text);
         EXPECT_EQ(application.Boxes().back().type, UINT(MB_ICONEXCLAMATION));
@@ -380,19 +347,36 @@ TEST_F(BinaryFile, ReportsNameTheFileInTheTextOfTheCause)
     EXPECT_EQ(application.Boxes().size(), shown);
 }
 
+// A missing file, and every operation of opening one that can fail: the reads of memory mode, too.
 TEST_F(BinaryFile, FilesThatCannotBeOpenedLeaveNothingOpenAndSayWhyInTheirOwnWords)
 {
     MessageRecorder application;
-    IoFile file(0x2u);
-    EXPECT_EQ(file.OpenFile(folder.Path("missing.bin"), 1), 0);
-    EXPECT_EQ(file.GetCFile(), nullptr);
-    EXPECT_EQ(file.GetTextFile(), nullptr);
-    ASSERT_EQ(application.Boxes().size(), 1u);
-    EXPECT_GE(application.Boxes()[0].text.Find(L"missing.bin"), 0);
-    EXPECT_EQ(application.Boxes()[0].helpId, 0xF101u);
+    int window = 0;
+    application.m_pMainWnd = reinterpret_cast<CWnd*>(&window);
+    const CString path = folder.Write("there.bin", "abc");
+    for (int number = 0; number < 4; ++number) {
+        SCOPED_TRACE(number);
+        IoFile file(0x2u);
+        const bool opens = number == 3;
+        {
+            const vak::test::FailingSystem failing(number);
+            EXPECT_EQ(file.OpenFile(number == 0 ? folder.Path("missing.bin") : path, 1), opens ? 1 : 0);
+        }
+        EXPECT_EQ(application.WaitCursorsOpen(), opens ? 1 : 0);
+        if (opens)
+            break;
+        EXPECT_EQ(file.GetCFile(), nullptr);
+        EXPECT_EQ(file.GetTextFile(), nullptr);
+        ASSERT_EQ(application.Boxes().size(), static_cast<size_t>(number) + 1);
+        EXPECT_GE(application.Boxes().back().text.Find(number == 0 ? L"missing.bin" : L"there.bin"), 0);
+        EXPECT_EQ(application.Boxes().back().helpId, 0xF101u);
+        CFile alone;
+        EXPECT_TRUE(alone.Open(path, CFile::modeReadWrite | CFile::shareExclusive));
+    }
+    application.m_pMainWnd = nullptr;
     IoFile silent;
     EXPECT_EQ(silent.OpenFile(folder.Path("missing.bin"), 1), 0);
-    EXPECT_EQ(application.Boxes().size(), 1u);
+    EXPECT_EQ(application.Boxes().size(), 3u);
     // Exclusive: while one writes, nobody else opens.
     ASSERT_TRUE(silent.OpenFile(folder.Path("w.bin"), 0));
     EXPECT_EQ(IoFile().OpenFile(folder.Path("w.bin"), 1), 0);
@@ -417,8 +401,6 @@ TEST_F(BinaryFile, SearchesGiveEveryEntryAndMarkTheWantedOnes)
         while (file.FindFileNext(found, matched, namesOnly))
             entries[CStringA(found).GetString()] = matched;
         EXPECT_EQ(file.FindFileNext(found, matched, namesOnly), 0);
-        file.FindFileClose();
-        EXPECT_EQ(file.GetFileFinder(), nullptr);
         return entries;
     };
     using Entries = std::map<std::string, int>;
@@ -446,17 +428,14 @@ TEST_F(BinaryFile, SearchesGiveEveryEntryAndMarkTheWantedOnes)
     EXPECT_EQ(file.FindFileNext(found, matched, 1), 1);
     EXPECT_EQ(found, L"model3.mtl");
     EXPECT_EQ(matched, 0);
+    file.FindFileClose();
+    EXPECT_EQ(file.GetFileFinder(), nullptr);
 }
 
 TEST(GrowingMemoryFile, AdoptsContentsAndGrowsByItsStepThroughItsHooks)
 {
     struct Counting : CCustomMemFile
     {
-        ~Counting() override
-        {
-            if (m_bAutoDelete && m_lpBuffer != nullptr)
-                Free(Detach());
-        }
         BYTE* Alloc(size_t size) override
         {
             sizes.push_back(size);

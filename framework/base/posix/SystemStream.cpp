@@ -11,6 +11,11 @@ namespace vak::system {
 StreamBytes PeekStream(std::FILE* stream)
 {
     if (stream->_IO_read_ptr >= stream->_IO_read_end) {
+        if (posix::Refused(FileOperation::Read)) {
+            stream->_flags |= _IO_ERR_SEEN;
+            errno = EIO;
+            return {};
+        }
         // Reading one byte fills the buffer; putting the same byte back only moves the pointer.
         const int byte = std::getc(stream);
         if (byte == EOF)

@@ -14,6 +14,11 @@ namespace vak::system {
 StreamBytes PeekStream(std::FILE* stream)
 {
     if (stream->_cnt <= 0) {
+        if (const DWORD fault = FileFault(FileOperation::Read)) {
+            stream->_flag |= _IOERR;
+            _doserrno = fault;
+            return {};
+        }
         // Reading one byte fills the buffer; putting the same byte back only moves the pointer.
         const int byte = std::getc(stream);
         if (byte == EOF)
