@@ -3,7 +3,9 @@
 #include "framework/base/FileException.h"
 #include "fuzz/support/Target.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -27,22 +29,16 @@ void Require(bool holds)
 
 const CString& Path()
 {
-    static const CString path = [] {
-        CString name;
-        name.Format(L"vakfuzz-%08x.txt", std::random_device()());
-        return fileCreateTmpName(name);
-    }();
+    static const CString path =
+        fileCreateTmpName(CString(("vakfuzz-" + std::to_string(std::random_device()()) + ".txt").c_str()));
     return path;
 }
 
 Lines Read(CStdioFileEx& file, size_t most)
 {
     Lines lines;
-    CString line;
-    while (file.ReadString(line)) {
+    for (CString line; file.ReadString(line); Require(lines.size() <= most))
         lines.push_back(line);
-        Require(lines.size() <= most);
-    }
     return lines;
 }
 
@@ -57,15 +53,11 @@ Lines Define(const std::string& bytes, bool text)
     }
     Lines lines;
     while (!left.empty()) {
-        const size_t feed = left.find('\n');
-        const size_t length = feed == left.npos ? left.size() : feed + 1;
-        std::string piece = left.substr(0, length < kPiece ? length : kPiece);
+        std::string piece = left.substr(0, std::min({left.find('\n'), left.size() - 1, kPiece - 1}) + 1);
         left.erase(0, piece.size());
-        const bool fed = piece.back() == '\n';
-        if (fed)
-            piece.pop_back();
-        if (!piece.empty() && piece.back() == '\r')
-            piece.pop_back();
+        for (const char end : {'\n', '\r'})
+            if (!piece.empty() && piece.back() == end)
+                piece.pop_back();
         lines.emplace_back(piece.data(), static_cast<int>(piece.size()));
     }
     return lines;
@@ -74,29 +66,23 @@ Lines Define(const std::string& bytes, bool text)
 /// Whether a line comes back as it is from a file that it was written to.
 bool Survives(const CString& line, UINT codePage, bool utf16)
 {
-    if (line.Find(L'\x1A') >= 0 || (!line.IsEmpty() && line[line.GetLength() - 1] == L'\r'))
-        return false;
-    if (CString(line.GetString()) != line || line.Find(L'\n') >= 0)
-        return false;
-    if (utf16)
-        return true;
+    const bool plain =
+        line.FindOneOf(L"\x1A\n") < 0 && CString(line.GetString()) == line && line.Right(1) != L"\r";
+    if (!plain || utf16 || line.IsEmpty())
+        return plain;
     char bytes[kPiece - 2];
     wchar_t units[kPiece];
     // The mark at the beginning would make UTF-16 of it, and some pages have several bytes for a character.
-    return (line.IsEmpty() ||
-            CStdioFileEx::GetMultiByteStringFromUnicodeString(line, bytes, sizeof bytes, codePage)) &&
-           line.Find(L"ÿþ") != 0 &&
-           (line.IsEmpty() ||
-            (CStdioFileEx::GetUnicodeStringFromMultiByteString(bytes, units, kPiece, codePage) &&
-             line == units));
+    return line.Find(L"ÿþ") != 0 &&
+           CStdioFileEx::GetMultiByteStringFromUnicodeString(line, bytes, sizeof bytes, codePage) &&
+           CStdioFileEx::GetUnicodeStringFromMultiByteString(bytes, units, kPiece, codePage) && line == units;
 }
 
 void Rewrite(const Lines& lines, UINT codePage, bool text, bool utf16)
 {
     Lines kept;
-    for (const CString& line : lines)
-        if (Survives(line, codePage, utf16))
-            kept.push_back(line);
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(kept),
+                 [=](const CString& line) { return Survives(line, codePage, utf16); });
     const UINT mode = text ? CFile::typeText : CFile::typeBinary;
     {
         CStdioFileEx file(Path(), CFile::modeCreate | CFile::modeWrite | mode |

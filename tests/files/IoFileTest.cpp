@@ -62,14 +62,11 @@ TEST_F(BinaryFile, NewObjectsAreSilentClosedAndWriting)
     EXPECT_EQ(OpenedUp(1, 0xC).m_flags, 0xDu);
     EXPECT_EQ(OpenedUp(0, 0xCu).m_flags, 0xCu);
     EXPECT_FALSE(OpenedUp(0x8u).IsBinaryMode());
-    int value = 0;
     CString line;
-    EXPECT_EQ(file.FileRead(&value, 4), 0);
-    EXPECT_EQ(file.ReadString(line), 0);
+    EXPECT_EQ(file.FileRead(&line, 4) + file.ReadString(line), 0);
     EXPECT_EQ(file.FileGetLength(), 0u);
     EXPECT_EQ(file.FileSeek(1, CFile::begin), 1);
     EXPECT_EQ(file.GetFileStream(), nullptr);
-    file.CloseFile();
     const void* const members[] = {&file.m_flags,      &file.m_textFile,       &file.m_memFile,
                                    &file.m_file,       &file.m_fileName,       &file.m_finder,
                                    &file.m_searchMore, &file.m_wantedExtension};
@@ -121,7 +118,7 @@ TEST_F(BinaryFile, ReversedReadsAndShortReadsAreAlikeOnDiskAndInMemory)
     const CString path = folder.Write("six.bin", "\x01\x02\x03\x04\x05\x06");
     for (const unsigned int mode : {0u, 2u}) {
         SCOPED_TRACE(mode);
-        IoFile file(1, mode);
+        OpenedUp file(1, mode);
         ASSERT_TRUE(file.OpenFile(path, 1));
         EXPECT_FALSE(file.IsWriting());
         char six[7] = {};
@@ -136,16 +133,14 @@ TEST_F(BinaryFile, ReversedReadsAndShortReadsAreAlikeOnDiskAndInMemory)
         file.FileSeek(1, CFile::begin);
         EXPECT_EQ(file.FileReverseRead(six, 0x80000001u, 2), 0);
         EXPECT_EQ(file.FileGetPosition(), 1u);
-        file.CloseFile();
-        IoFile strict(1, mode | 4);
-        ASSERT_TRUE(strict.OpenFile(path, 1));
-        EXPECT_EQ(strict.FileRead(six, 6), 1);
-        EXPECT_EQ(strict.FileRead(six, 0), 1);
+        file.m_flags |= 4;
+        EXPECT_EQ(file.FileRead(six, 5), 1);
+        EXPECT_EQ(file.FileRead(six, 0), 1);
+        EXPECT_TRUE(EndsStrictly([&] { file.FileRead(six, 1); }));
+        EXPECT_TRUE(EndsStrictly([&] { file.FileReverseRead(six, 1, 2); }));
         CString line;
-        EXPECT_TRUE(EndsStrictly([&] { strict.FileRead(six, 1); }));
-        EXPECT_TRUE(EndsStrictly([&] { strict.FileReverseRead(six, 1, 2); }));
-        strict.GetTextFile()->SeekToEnd();
-        EXPECT_TRUE(EndsStrictly([&] { strict.ReadString(line); }));
+        file.GetTextFile()->SeekToEnd();
+        EXPECT_TRUE(EndsStrictly([&] { file.ReadString(line); }));
     }
     char odd[] = "abcde";
     ReverseBuffer(odd, 0);
@@ -155,36 +150,57 @@ TEST_F(BinaryFile, ReversedReadsAndShortReadsAreAlikeOnDiskAndInMemory)
     EXPECT_STREQ(odd, "edcba");
 }
 
-// One random stream of reads and seeks, through the object and behind its back, against the text of the file.
-TEST_F(BinaryFile, MemoryModeKeepsOnePositionForEverybody)
+// One random stream of reads, seeks and assignments, through two files, two copies and behind their backs.
+TEST_F(BinaryFile, CopiesAndWhatTheyReferToShareOnePosition)
 {
-    std::string content;
-    for (int i = 0; i < 300; ++i)
-        content += static_cast<char>(i * 7 + i / 256);
-    IoFile file(1, 2);
-    ASSERT_TRUE(file.OpenFile(folder.Write("m.bin", content), 1));
-    EXPECT_TRUE(file.GetCFile()->IsKindOf(RUNTIME_CLASS(CCustomMemFile)));
-    std::mt19937 random(7);
-    size_t position = 0;
-    for (int step = 0; step < 3000; ++step) {
-        const unsigned int size = random() % 12;
-        char buffer[16];
-        const size_t left = position < content.size() ? content.size() - position : 0;
-        const size_t given = std::min<size_t>(size, left);
-        if (random() % 8 == 0) {
-            position = random() % 320;
-            file.GetCFile()->Seek(static_cast<LONGLONG>(position), CFile::begin);
-            continue;
+    for (const unsigned int mode : {0u, 2u}) {
+        SCOPED_TRACE(mode);
+        std::string contents[2];
+        for (int i = 0; i < 300; ++i)
+            contents[i % 3 / 2] += static_cast<char>(i * 7 + i / 256);
+        IoFile files[4] = {IoFile(1, mode), IoFile(1, mode), IoFile(), IoFile()};
+        ASSERT_TRUE(files[0].OpenFile(folder.Write("a.bin", contents[0]), 1));
+        ASSERT_TRUE(files[1].OpenFile(folder.Write("b.bin", contents[1]), 1));
+        ASSERT_TRUE(files[0].FindFileOpen(folder.Path(), L"*.bin"));
+        EXPECT_EQ(files[0].GetCFile()->IsKindOf(RUNTIME_CLASS(CCustomMemFile)), mode == 2 ? TRUE : FALSE);
+        files[2] = files[0];
+        EXPECT_EQ(files[2].GetFileFinder(), files[0].GetFileFinder());
+        size_t uses[4] = {0, 1, 0, 1}, positions[2] = {};
+        files[3] = files[1];
+        std::mt19937 random(7);
+        for (int step = 0; step < 3000; ++step) {
+            const size_t one = random() % 4, target = 2 + random() % 2;
+            IoFile& file = files[one];
+            const std::string& content = contents[uses[one]];
+            size_t& position = positions[uses[one]];
+            const unsigned int size = random() % 12;
+            const std::string given = content.substr(std::min(position, content.size()), size);
+            char buffer[16];
+            switch (random() % 16) {
+            case 0:
+                position = random() % 220;
+                file.GetCFile()->Seek(static_cast<LONGLONG>(position), CFile::begin);
+                continue;
+            case 1:
+                files[target] = file;
+                uses[target] = uses[one];
+                continue;
+            case 2:
+                ASSERT_EQ(file.GetCFile()->Read(buffer, size), given.size());
+                break;
+            default:
+                ASSERT_EQ(file.FileRead(buffer, size), given.size() == size ? 1 : 0);
+            }
+            ASSERT_EQ(std::string(buffer, given.size()), given);
+            position += given.size();
+            ASSERT_EQ(file.GetCFile()->GetPosition(), position);
         }
-        if (random() % 4 == 0)
-            ASSERT_EQ(file.GetCFile()->Read(buffer, size), given);
-        else
-            ASSERT_EQ(file.FileRead(buffer, size), given == size ? 1 : 0);
-        ASSERT_EQ(std::string(buffer, given), content.substr(std::min(position, content.size()), given));
-        position += given;
-        ASSERT_EQ(file.GetCFile()->GetPosition(), position);
+        for (IoFile* copy : {files + 2, files + 3}) {
+            copy->Init(0x4);
+            EXPECT_EQ(copy->GetCFile(), nullptr);
+            EXPECT_TRUE(copy->IsWriting());
+        }
     }
-    EXPECT_EQ(file.FileGetLength(), 300u);
 }
 
 TEST_F(BinaryFile, MemoryModeEndsAtItsLimit)
@@ -232,66 +248,25 @@ TEST_F(BinaryFile, TextIsReadByLinesInEitherMode)
     }
 }
 
-TEST_F(BinaryFile, CopiesShareFilesSearchAndPositionUntilTheyForgetThem)
-{
-    for (const unsigned int mode : {0u, 2u}) {
-        SCOPED_TRACE(mode);
-        IoFile first(1, mode), other(1, mode);
-        ASSERT_TRUE(first.OpenFile(folder.Write("a.bin", "abcdef"), 1));
-        ASSERT_TRUE(other.OpenFile(folder.Write("b.bin", "xyz"), 1));
-        ASSERT_TRUE(first.FindFileOpen(folder.Path(), L"*.bin"));
-        std::string read;
-        const auto one = [&read](IoFile& file) {
-            char byte = '-';
-            file.FileRead(&byte, 1);
-            read += byte;
-        };
-        IoFile second(first);
-        EXPECT_EQ(second.GetFileFinder(), first.GetFileFinder());
-        one(first);
-        one(second);
-        one(first);
-        EXPECT_EQ(second.GetCFile()->GetPosition(), 3u);
-        one(second);
-        // The target of an assignment lets go of its own file, which stays where it was.
-        IoFile third(other);
-        one(third);
-        third = second;
-        one(third);
-        one(other);
-        second.Init(0x4);
-        EXPECT_EQ(second.GetCFile(), nullptr);
-        EXPECT_TRUE(second.IsWriting());
-        one(third);
-        third.Init(0);
-        one(first);
-        EXPECT_EQ(read, "abcdxeyf-");
-    }
-}
-
 TEST_F(BinaryFile, OpenFilesShowTheWaitCursorUnlessSilent)
 {
     MessageRecorder application;
     const CString path = folder.Write("a.bin", "abc");
-    IoFile file(0u);
+    IoFile file(0u), silent;
     ASSERT_TRUE(file.OpenFile(path, 1));
     EXPECT_EQ(application.WaitCursorsBegun(), 0) << "without a main window";
-    file.CloseFile();
     int window = 0;
     application.m_pMainWnd = reinterpret_cast<CWnd*>(&window);
-    ASSERT_TRUE(file.OpenFile(path, 1));
-    EXPECT_EQ(application.WaitCursorsOpen(), 1);
-    file.CloseFile();
-    file.CloseFile();
-    EXPECT_EQ(application.WaitCursorsOpen(), 0);
-    IoFile silent;
-    ASSERT_TRUE(silent.OpenFile(path, 1));
-    silent.CloseFile();
-    EXPECT_EQ(application.WaitCursorsBegun(), 1);
-    ASSERT_TRUE(file.OpenFile(path, 1));
-    file.DeleteFiles();
-    EXPECT_EQ(application.WaitCursorsOpen(), 1);
-    file.CloseFile();
+    for (const bool forgotten : {false, true}) {
+        file.CloseFile();
+        EXPECT_EQ(application.WaitCursorsOpen(), 0);
+        ASSERT_TRUE(file.OpenFile(path, 1) && silent.OpenFile(path, 1));
+        silent.CloseFile();
+        if (forgotten)
+            file.DeleteFiles();
+        EXPECT_EQ(application.WaitCursorsOpen(), 1);
+        file.CloseFile();
+    }
     EXPECT_EQ(application.WaitCursorsOpen(), 0);
     application.m_pMainWnd = nullptr;
 }
@@ -436,23 +411,18 @@ TEST(GrowingMemoryFile, AdoptsContentsAndGrowsByItsStepThroughItsHooks)
 {
     struct Counting : CCustomMemFile
     {
-        BYTE* Alloc(size_t size) override
-        {
-            sizes.push_back(size);
-            return new BYTE[size];
-        }
+        BYTE* Alloc(size_t size) override { return calls += std::to_string(size) + " ", new BYTE[size]; }
         void Free(BYTE* buffer) override
         {
-            sizes.push_back(0);
+            calls += "free ";
             delete[] buffer;
         }
-        std::vector<size_t> sizes;
+        std::string calls;
     };
     Counting file;
     file.Write("abc", 3);
     file.Seek(2000, CFile::begin);
     file.Write("d", 1);
-    EXPECT_EQ(file.sizes, (std::vector<size_t>{1024, 2048, 0}));
     EXPECT_EQ(file.GetLength(), 2001u);
     BYTE* const own = file.Detach();
     EXPECT_EQ(own[0], 'a');
@@ -461,8 +431,8 @@ TEST(GrowingMemoryFile, AdoptsContentsAndGrowsByItsStepThroughItsHooks)
     EXPECT_EQ(file.GetLength(), 3u);
     file.SeekToEnd();
     file.Write("z", 1);
+    EXPECT_EQ(file.calls, "1024 2048 free 1024 free ");
     BYTE* const grown = file.Detach();
     EXPECT_EQ(std::string(grown, grown + 4), "abcz");
     file.Free(grown);
-    EXPECT_EQ(file.sizes, (std::vector<size_t>{1024, 2048, 0, 1024, 0, 0}));
 }
