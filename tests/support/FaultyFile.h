@@ -15,12 +15,8 @@ class FaultyFile : public Base
 public:
     using Base::Base;
 
-    /// The `number`th operation from now on (1 is the next) throws CFileException* of `cause`; 0: none does.
-    void FailAt(int number, int cause = CFileException::diskFull)
-    {
-        m_left = number;
-        m_cause = cause;
-    }
+    /// The `number`th operation from now on (1 is the next) finds the disk full; 0: none does.
+    void FailAt(int number) { m_left = number; }
 
     UINT Read(void* bytes, UINT count) override
     {
@@ -44,24 +40,24 @@ private:
     void Step()
     {
         if (m_left > 0 && --m_left == 0)
-            AfxThrowFileException(m_cause, -1, this->GetFilePath());
+            AfxThrowFileException(CFileException::diskFull, -1, this->GetFilePath());
     }
 
     int m_left = 0;
-    int m_cause = CFileException::none;
 };
 
-/// While it lives, the `number`th operation on files of the whole process (1 is the next) fails with `error`,
-/// and only that one. Code that opens its files itself is tried by growing numbers until Happened() is false.
+/// While it lives, the `number`th operation on files of the whole process (1 is the next) finds the disk
+/// full, and only that one. Code that opens its files itself is tried by growing numbers until Happened() is
+/// false.
 class FailingSystem
 {
 public:
-    explicit FailingSystem(int number, DWORD error = vak::system::kErrorDiskFull)
+    explicit FailingSystem(int number)
     {
         left = number;
-        code = error;
-        vak::system::SetFileFaultHook(
-            [](vak::system::FileOperation) -> DWORD { return left > 0 && --left == 0 ? code : 0; });
+        vak::system::SetFileFaultHook([](vak::system::FileOperation) -> DWORD {
+            return left > 0 && --left == 0 ? vak::system::kErrorDiskFull : 0;
+        });
     }
     ~FailingSystem() { vak::system::SetFileFaultHook(nullptr); }
     FailingSystem(const FailingSystem&) = delete;
@@ -71,7 +67,6 @@ public:
 
 private:
     static inline int left = 0;
-    static inline DWORD code = 0;
 };
 
 } // namespace vak::test

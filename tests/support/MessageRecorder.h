@@ -22,7 +22,6 @@ public:
     /// The boxes get `answers` in turn; when they are used up, the default button's answer.
     explicit MessageRecorder(std::initializer_list<int> answers = {}) : m_answers(answers) {}
 
-    void Answer(int answer) { m_answers.push_back(answer); }
     const std::vector<Box>& Boxes() const { return m_boxes; }
     /// How many wait cursors were begun, and how many of them have not ended.
     int WaitCursorsBegun() const { return m_waitCursorsBegun; }
