@@ -110,11 +110,7 @@ TEST(RuntimeClass, KnowsItsBasesAndCreatesByName)
     const std::unique_ptr<CObject> leaf(CRuntimeClass::CreateObject("TestLeaf"));
     EXPECT_TRUE(leaf->IsKindOf(RUNTIME_CLASS(TestLeaf)) && leaf->IsKindOf(RUNTIME_CLASS(CObject)));
     EXPECT_FALSE(RUNTIME_CLASS(TestNode)->IsDerivedFrom(RUNTIME_CLASS(TestLeaf)));
-    const std::unique_ptr<CObject> mute(RUNTIME_CLASS(TestMute)->CreateObject());
-    EXPECT_TRUE(leaf->IsSerializable() && !mute->IsSerializable());
     EXPECT_EQ(RUNTIME_CLASS(CObject)->CreateObject(), nullptr);
-    // A class that does not serialise cannot be called up by what stands in a file.
-    EXPECT_EQ(CRuntimeClass::FromName("TestMute"), nullptr);
     EXPECT_EQ(CRuntimeClass::FromName("testnode"), nullptr);
 }
 
@@ -186,7 +182,6 @@ TEST(ArchiveObjects, DamagedRecordsEndInTheirExceptionWithoutALeak)
         {"big reference to nothing", Hex("FF7F FFFFFF7F"), E::badIndex},
         {"object reference to a class", inNode + Reference(1), E::badIndex},
         {"class reference to an object", inNode + Reference(0x8002), E::badIndex},
-        {"second reference missing", inNode + kNull, E::endOfFile},
         {"child cut", inNode + Reference(0x8001) + kNoName + kNull, E::endOfFile},
     };
     for (const auto& [name, bytes, cause] : rows) {

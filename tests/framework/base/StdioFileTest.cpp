@@ -129,11 +129,6 @@ TEST(StdioFile, BoundedReadKeepsTheLineFeedAndTheRest)
         }
         EXPECT_EQ(file.ReadString(room, 5), nullptr);
     }
-    // The line feed takes the last place although a carriage return stands before it.
-    CStdioFile file(folder.Write("t", "abc\r\nd"), CFile::modeRead | kText);
-    wchar_t room[5];
-    EXPECT_EQ(CString(file.ReadString(room, 5)), CString(L"abc\n"));
-    EXPECT_EQ(CString(file.ReadString(room, 5)), CString(L"d"));
 }
 
 TEST(StdioFile, StreamAndObjectShareOnePosition)

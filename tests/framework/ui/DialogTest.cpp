@@ -68,16 +68,6 @@ TEST(Dialog, ReportsAnExceptionOfAHookAndStaysOpen)
     EXPECT_EQ(dialog.DoModal(), IDCANCEL);
 }
 
-TEST(Dialog, WithoutATemplateIsNotMade)
-{
-    class NoDialog : public CDialog
-    {
-    public:
-        NoDialog() : CDialog(9999) {}
-    } dialog;
-    EXPECT_EQ(dialog.DoModal(), -1);
-}
-
 TEST(Wnd, IsAttachedToOneWindowAtATime)
 {
     const HWND window =

@@ -49,9 +49,3 @@ TEST(SystemMessage, StringsOfAnyModuleAreReadInAnyLanguageItHas)
     EXPECT_FALSE(vak::system::LoadModuleText(text, GetModuleHandleW(nullptr), IDS_OUT_OF_MEMORY));
     EXPECT_FALSE(vak::system::LoadModuleText(text, library, 0xFFFF));
 }
-
-TEST(SystemMessage, MissingDependenciesHaveTheSystemsSentence)
-{
-    EXPECT_NE(vak::system::ErrorText(126), vak::system::ErrorText(193));
-    EXPECT_EQ(vak::system::ErrorText(193).Find(L'\n'), -1);
-}

@@ -1,5 +1,3 @@
-#include "framework/base/SystemText.h"
-
 #include "framework/base/Geometry.h"
 #include "framework/base/posix/TextTables.h"
 #include "tests/support/Print.h"
@@ -59,18 +57,6 @@ TEST(TextTables, EncodeWhatThePlatformEncodes)
     }
 }
 
-TEST(SystemTextWindows, TheWesternPageIsDecodedAsThePlatformDoes)
-{
-    for (int i = 0; i < 256; ++i) {
-        const char byte = static_cast<char>(i);
-        wchar_t expected = 0;
-        MultiByteToWideChar(1252, 0, &byte, 1, &expected, 1);
-        CString text;
-        vak::system::ToWide(1252, &byte, 1, text);
-        EXPECT_EQ(text[0], expected) << i;
-    }
-}
-
 /// Corners and chance: the rectangles' arithmetic against the platform's own.
 TEST(GeometryWindows, AgreesWithThePlatform)
 {
@@ -87,5 +73,7 @@ TEST(GeometryWindows, AgreesWithThePlatform)
         ASSERT_EQ(ours, theirs) << ::testing::PrintToString(a) << ::testing::PrintToString(b);
         ASSERT_EQ(ours.SubtractRect(a, b), ::SubtractRect(theirs, a, b));
         ASSERT_EQ(ours, theirs) << ::testing::PrintToString(a) << ::testing::PrintToString(b);
+        const CPoint point(side(), side());
+        ASSERT_EQ(a.PtInRect(point), ::PtInRect(a, point));
     }
 }
