@@ -2,41 +2,31 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-struct Row
-{
-    const wchar_t* list;
-    int extensionMode;
-    const wchar_t* cleaned;
-};
-
-} // namespace
-
 TEST(ExtensionList, IsCleanedIntoItsCanonicalForm)
 {
-    const Row rows[] = {
-        {L"OBJ, .3ds;*.max obj", 1, L"*.obj *.3ds *.max"},
-        {L"*.tar.gz a.b .", 1, L"*.tar.gz a.b *."},
-        {L"* *.OBJ", 1, L"*.* *.obj"},
-        {L"\"obj\" \"a b\"", 1, L"*.\"obj\" *.\"a *.b\""},
-        {L"\x00C9T\x00C9", 1, L"*.\x00E9t\x00E9"},
-        {L"", 1, L""},
-        {L" ,;, ; ", 1, L""},
-        {L"a\tb", 1, L"*.a\tb"},
-        {L"abc \"my file\" a?c", 0, L"*abc* my file a?c"},
-        {L"*abc abc* *abc* ABC", 0, L"*abc*"},
-        {L"a*c * ** ?", 0, L"*a*c* * ** ?"},
-        {L"\"one\" one", 0, L"one *one*"},
-        {L"\"\" \" \" x", 0, L"  *x*"},
-        {L"\"no end, here", 0, L"no end  here"},
-        {L"x \"", 0, L"*x*"},
-        {L"\"a b\"c d", 0, L"a b *c* *d*"},
-        {L"\"ab\"c ab\" a\"b", 0, L"abc ab *a\"b*"},
-        {L"\"a?b c\" \"*\"", 0, L"a?b c *"},
+    const std::pair<const wchar_t*, const wchar_t*> extensions[] = {
+        {L"OBJ, .3ds;*.max obj", L"*.obj *.3ds *.max"},
+        {L"*.tar.gz a.b .", L"*.tar.gz a.b *."},
+        {L"* *.OBJ", L"*.* *.obj"},
+        {L"\"obj\" \"a b\"", L"*.\"obj\" *.\"a *.b\""},
+        {L"\x00C9T\x00C9", L"*.\x00E9t\x00E9"},
+        {L" ,;, ; ", L""},
+        {L"a\tb", L"*.a\tb"},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(fileCleanExtensionList(row.list, row.extensionMode), CString(row.cleaned));
+    const std::pair<const wchar_t*, const wchar_t*> patterns[] = {
+        {L"abc \"my file\" a?c", L"*abc* my file a?c"},
+        {L"*abc abc* *abc* ABC", L"*abc*"},
+        {L"\"one\" one", L"one *one*"},
+        {L"\"\" \" \" x", L"  *x*"},
+        {L"\"no end, here", L"no end  here"},
+        {L"\"a b\"c d", L"a b *c* *d*"},
+        {L"\"ab\"c ab\" a\"b", L"abc ab *a\"b*"},
+        {L"\"a?b c\" \"*\"", L"a?b c *"},
+    };
+    for (const auto& [list, cleaned] : extensions)
+        EXPECT_EQ(fileCleanExtensionList(list, 1), CString(cleaned));
+    for (const auto& [list, cleaned] : patterns)
+        EXPECT_EQ(fileCleanExtensionList(list, 0), CString(cleaned));
 }
 
 TEST(ExtensionList, IsCutBeforeItIsTakenApartAndAfterItIsTrimmed)

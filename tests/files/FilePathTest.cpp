@@ -14,9 +14,7 @@ TEST(FilePath, IsSplitByItsText)
     } rows[] = {
         {L"C:\\x1\\b.tar.GZ", L"C:\\x1\\", L"b.tar.GZ", L"b.tar", L".GZ"},
         {L"C:\\x.1\\none", L"C:\\x.1\\", L"none", L"none", L""},
-        {L"C:\\x1\\", L"C:\\x1\\", L"", L"", L""},
         {L"no-such.txt", L"", L"no-such.txt", L"no-such", L".txt"},
-        {L"", L"", L"", L"", L""},
         {L"\\\\srv\\share", L"\\\\srv\\share\\", L"", L"", L""},
         {L"\\\\srv\\share\\f.x", L"\\\\srv\\share\\", L"f.x", L"f", L".x"},
         {L"C:\\x1\\Dr. No", L"C:\\x1\\", L"Dr. No", L"Dr. No", L""},
@@ -48,7 +46,6 @@ TEST(FilePath, DirectoriesCompareByText)
         {L"C:\\A", L"c:\\a\\", DirCompareSame},
         {L"rel\\\u00c9", L"REL\\\u00e9", DirCompareSame},
         {L"C:\\a\\b", L"C:\\A", DirCompareSubdir},
-        {L"C:\\a", L"C:\\A\\b", DirCompareParent},
         {L"a", L"C:\\a", DirCompareUnrelated},
         // Anywhere within, not only at the beginning.
         {L"C:\\x\\a\\b", L"\\a", DirCompareSubdir},
@@ -68,7 +65,6 @@ TEST(FilePath, IsMadeRelativeAndAbsolute)
     };
     const Row relative[] = {
         {L"c:\\data\\", L"C:\\Data\\x\\y.obj", L".\\x\\y.obj"},
-        {L"c:\\data", L"C:\\Data\\X\\y.obj", L".\\X\\y.obj"},
         {L"c:\\other\\", L"C:\\Data\\y.obj", L"C:\\Data\\y.obj"},
         {L"c:\\data\\", L"C:\\DATA\\", L""},
     };
@@ -78,7 +74,6 @@ TEST(FilePath, IsMadeRelativeAndAbsolute)
         {L"C:\\a\\b\\", L"..\\c.txt", L"C:\\a\\c.txt"},
         {L"C:\\a\\", L".\\x\\.\\y\\..\\z", L"C:\\a\\x\\z"},
         {L"C:\\a\\", L"..\\..\\..\\z", L"C:\\z"},
-        {L"C:\\a\\b\\", L"..", L"C:\\a"},
         {L"C:\\a\\", L"..", L"C:\\"},
         {L"\\\\s\\h\\a\\", L"..\\..\\z", L"\\\\s\\h\\z"},
         {L"C:\\a\\", L"\\x\\..\\y", L"\\x\\..\\y"},

@@ -45,11 +45,11 @@ protected:
     CString PluginPath(const CString& name) const { return GetPluginsDirectory(0) + name + L".dll"; }
 
     /// What is known of that plug-in's refusal; a path of "" when it is not refused.
-    IoPluginRefusal RefusalOf(const CString& name, const CString& entryPoint = L"Init3DParser") const
+    IoPluginRefusal RefusalOf(const CString& name) const
     {
         IoPluginRefusal refusal;
         for (unsigned int index = 0; GetPluginRefusal(index, refusal); ++index)
-            if (refusal.path.CompareNoCase(PluginPath(name)) == 0 && refusal.entryPoint == entryPoint)
+            if (refusal.path.CompareNoCase(PluginPath(name)) == 0 && refusal.entryPoint == L"Init3DParser")
                 return refusal;
         return {};
     }
@@ -91,13 +91,6 @@ TEST_F(IoPlugins, AreCountedAndTakeTheirKindsAlongWhenTheyGo)
     EXPECT_EQ(fileGetClass(L"a.vt3"), unsigned{'VTM3'});
     RegisterIOPlugins(0x8000);
     EXPECT_EQ(Count(PluginPath(L"good")), 1);
-
-    FreeIOPlugins(kIoPlugin3D);
-    fs::rename(m_folder.Host("plugins/good.dll"), m_folder.Host("plugins/only-3d.dll"));
-    RegisterIOPlugins(kIoPluginBitmaps);
-    IoPluginInfo info;
-    ASSERT_TRUE(GetLoadedPlugin(0, info));
-    EXPECT_EQ(info.kinds, 0) << "a kind of another family was registered";
 }
 
 TEST_F(IoPlugins, MakeTheParserOfTheirFiles)
@@ -205,7 +198,6 @@ TEST_F(IoPlugins, CanBeFreedAndRefusedByTheHost)
     FreePlugin(info.module, L"Init3DParser", 1);
     EXPECT_EQ(GetModuleHandleW(PluginPath(L"good")), nullptr);
     EXPECT_EQ(RefusalOf(L"good").reason, IoPluginRefusalReason::FreedByHost);
-    EXPECT_TRUE(RefusalOf(L"good", L"InitBitmapParser").path.IsEmpty());
     EXPECT_FALSE(LoadPlugin(PluginPath(L"good"), L"Init3DParser", info));
 }
 
@@ -213,11 +205,8 @@ TEST_F(IoPlugins, LieInAFolderThatOnlyTheFirstQuestionMakes)
 {
     const CString expected = (m_folder.Path() + L"Plugins\\").MakeLower();
     EXPECT_EQ(GetPluginsDirectory(0), expected);
-    EXPECT_EQ(GetPluginsDirectory(1), expected);
     EXPECT_FALSE(fileDirectoryExists(expected));
     vak::detail::RestartPluginsDirectory(m_folder.Path());
     EXPECT_EQ(GetPluginsDirectory(1), expected);
     EXPECT_TRUE(fileDirectoryExists(expected));
-    vak::detail::RestartPluginsDirectory(CString());
-    EXPECT_EQ(GetPluginsDirectory(0), (vak::system::ApplicationFolder() + L"Plugins\\").MakeLower());
 }

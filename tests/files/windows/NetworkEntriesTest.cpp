@@ -98,12 +98,3 @@ TEST_F(NetworkEntries, SharesAreListedUntilThereAreNoMore)
     EXPECT_EQ(CString(L"\\\\PC\\Work\\h.x"), form);
     EXPECT_EQ(0, m_open);
 }
-
-TEST_F(NetworkEntries, ComputerWithoutSharesGivesNoForm)
-{
-    vak::win32::CurrentNetworkEntries() = m_system;
-    CString form = L"before";
-    // The system's own entry points; a machine that shares the drive gives it a form.
-    const int found = fileConvertToUNCPath(L"C:\\no-such\\f", form);
-    EXPECT_EQ(found, form == L"before" ? 0 : 1);
-}

@@ -247,4 +247,10 @@ TEST(Archive, WhatTheFileRefusesReachesTheCallerAndIsNotOfferedAgain)
     FaultyFile<CMemFile> whole;
     store(whole);
     EXPECT_EQ(whole.GetLength(), 708u);
+    whole.SeekToBegin();
+    whole.FailAt(2);
+    CArchive archive(&whole, CArchive::load, 128);
+    std::string read(300, '\0');
+    archive.Read(read.data(), 100);
+    EXPECT_EQ(Cause<CFileException>([&] { archive.Read(read.data(), 300); }), CFileException::diskFull);
 }

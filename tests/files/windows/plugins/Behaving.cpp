@@ -54,8 +54,6 @@ int Declare(CFileExtArray& kinds)
     kinds.Add(PluginKind(L".vt3", 'VTM3', vak::kFileKind3d));
     if (name == L"fails")
         return 0;
-    if (name == L"only-3d")
-        return 1;
     kinds.Add(PluginKind(L".vt2|.vt4", 'VTB2', vak::kFileKindBitmap));
     return 1;
 }
