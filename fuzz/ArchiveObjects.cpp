@@ -4,7 +4,6 @@
 #include "framework/base/MemFile.h"
 #include "fuzz/support/Target.h"
 
-#include <cstdlib>
 #include <set>
 #include <string>
 #include <vector>
@@ -77,6 +76,14 @@ std::vector<FuzzNode*> Load(std::string bytes, std::size_t count)
     return nodes;
 }
 
+template <class Node>
+Node* Next(CArchive& archive)
+{
+    Node* node = nullptr;
+    archive >> node;
+    return node;
+}
+
 /// Reads what the next byte asks for.
 void ReadNext(CArchive& archive, std::vector<FuzzNode*>& nodes)
 {
@@ -84,42 +91,27 @@ void ReadNext(CArchive& archive, std::vector<FuzzNode*>& nodes)
     archive >> what;
     CString wide;
     CStringA narrow;
-    FuzzNode* node = nullptr;
-    FuzzLeaf* leaf = nullptr;
     wchar_t text[17];
-    switch (what % 10) {
-    case 0:
+    if (what % 10 == 0)
         archive >> wide;
-        break;
-    case 1:
+    else if (what % 10 == 1)
         archive >> narrow;
-        break;
-    case 2:
+    else if (what % 10 == 2)
         archive.ReadString(wide);
-        break;
-    case 3:
+    else if (what % 10 == 3)
         archive.ReadString(text, 16);
-        break;
-    case 4:
+    else if (what % 10 == 4)
         vak::detail::ReadArchiveBytes(archive, archive.ReadCount());
-        break;
-    case 5:
+    else if (what % 10 == 5)
         archive.MapObject(nullptr);
-        break;
-    case 6:
+    else if (what % 10 == 6)
         archive.ReadClass(RUNTIME_CLASS(FuzzNode));
-        break;
-    case 7:
-        archive >> leaf;
-        nodes.push_back(leaf);
-        break;
-    case 8:
+    else if (what % 10 == 7)
+        nodes.emplace_back(Next<FuzzLeaf>(archive));
+    else if (what % 10 == 8)
         archive.Flush();
-        break;
-    default:
-        archive >> node;
-        nodes.push_back(node);
-    }
+    else
+        nodes.push_back(Next<FuzzNode>(archive));
 }
 
 void RunArchiveObjects(const std::uint8_t* data, std::size_t size)
@@ -138,8 +130,7 @@ void RunArchiveObjects(const std::uint8_t* data, std::size_t size)
         exception->Delete();
     }
     const std::string stored = Store(nodes);
-    if (Store(Load(stored, nodes.size())) != stored)
-        std::abort();
+    vak::fuzz::Require(Store(Load(stored, nodes.size())) == stored);
     while (!FuzzNode::alive.empty())
         delete *FuzzNode::alive.begin();
 }

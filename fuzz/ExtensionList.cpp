@@ -1,15 +1,9 @@
 #include "files/ExtensionList.h"
 #include "fuzz/support/Target.h"
 
-#include <cstdlib>
+using vak::fuzz::Require;
 
 namespace {
-
-void Require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 /// The first byte chooses the mode, the rest are little-endian UTF-16 units.
 void Run(const std::uint8_t* data, std::size_t size)

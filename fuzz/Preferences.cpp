@@ -1,7 +1,6 @@
 #include "core/CustomData.h"
 #include "fuzz/support/Target.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -9,6 +8,8 @@
 #include <string>
 
 namespace fs = std::filesystem;
+
+using vak::fuzz::Require;
 
 namespace {
 
@@ -36,12 +37,6 @@ std::string Read(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void Require(bool holds)
-{
-    if (!holds)
-        std::abort();
 }
 
 /// The input is the file; the keys are those of the seeds.

@@ -5,16 +5,11 @@
 #include "framework/base/StringArray.h"
 #include "fuzz/support/Target.h"
 
-#include <cstdlib>
 #include <vector>
 
-namespace {
+using vak::fuzz::Require;
 
-void Require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
+namespace {
 
 bool Load(CCustomData& store, CFile& file)
 {

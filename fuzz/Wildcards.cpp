@@ -2,8 +2,6 @@
 #include "fuzz/support/Target.h"
 #include "tests/support/WildcardModel.h"
 
-#include <cstdlib>
-
 namespace {
 
 /// The first byte: bit 0 for comparing exactly. Then UTF-16 units, little-endian: the pattern, a zero, the
@@ -24,8 +22,7 @@ void Run(const std::uint8_t* data, std::size_t size)
             part->AppendChar(unit);
     }
     const bool matches = fileMatchWilcards(name, pattern, caseSensitive ? 1 : 0) != 0;
-    if (matches != vak::test::MatchesByDefinition(name, pattern, caseSensitive))
-        std::abort();
+    vak::fuzz::Require(matches == vak::test::MatchesByDefinition(name, pattern, caseSensitive));
 }
 
 const vak::fuzz::Target target("Wildcards", Run);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 /// One body serves fuzzing and replay: a target's source file registers its function once at start-up, and
 /// the program it is linked into decides where the inputs come from.
@@ -21,5 +22,12 @@ struct Target
 
     static inline Target* first = nullptr;
 };
+
+/// Ends the run as a finding when `holds` is false.
+inline void Require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
 
 } // namespace vak::fuzz

@@ -82,18 +82,6 @@ TEST_F(Vakconvert, OneSourceNeverReplacesTheResultOfAnother)
     EXPECT_TRUE(Says("1 converted, 2 failed")) << m_output;
 }
 
-TEST_F(Vakconvert, KeepsOptionsForLaterRunsWhenAsked)
-{
-    m_folder.Write("a.obj", kTriangle);
-    EXPECT_EQ(Run(L"--to stl -y --option binary=0 @a.obj"), 0u) << m_output;
-    EXPECT_EQ(m_folder.Read("a.stl").substr(0, 5), "solid");
-    EXPECT_EQ(Run(L"--to stl -y @a.obj"), 0u) << "the option was for that run";
-    EXPECT_EQ(m_folder.Read("a.stl").substr(0, 6), "binary");
-    EXPECT_EQ(Run(L"--to stl -y --option binary=0 --save-options @a.obj"), 0u) << m_output;
-    EXPECT_EQ(Run(L"--to stl -y @a.obj"), 0u);
-    EXPECT_EQ(m_folder.Read("a.stl").substr(0, 5), "solid");
-}
-
 TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)
 {
     m_folder.Write("a.obj", kTriangle);
@@ -103,8 +91,6 @@ TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)
         EXPECT_EQ(Run(arguments), 2u) << m_output;
     EXPECT_EQ(Run(L"--to stl @missing.obj"), 1u);
     EXPECT_TRUE(Says("there is no such file or folder")) << m_output;
-    EXPECT_EQ(Run(L"--list-kinds"), 0u);
-    EXPECT_TRUE(Says(".jpg .jpeg")) << m_output;
     EXPECT_EQ(Run(L"--list-plugins"), 0u);
     EXPECT_TRUE(Says("loaded, 3 kinds")) << m_output;
 }
