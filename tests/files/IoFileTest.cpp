@@ -13,6 +13,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <tuple>
 
 using vak::test::MessageRecorder;
 using vak::test::TempFolder;
@@ -290,29 +291,25 @@ TEST_F(BinaryFile, ReportsNameTheFileInTheTextOfTheCause)
         {0xF122, L"Le disque est plein : le fichier %1 ne peut pas être enregistré."},
         {0xF123, L"L'accès en lecture au fichier %1 est refusé."},
         {0xF124, L"L'accès en écriture au fichier %1 est refusé."}};
-    const struct
-    {
-        CException* exception;
-        int reading;
-        UINT prompt;
-    } rows[] = {{&notFound, 1, 0xF121}, {&badPath, 0, 0xF121}, {&denied, 1, 0xF123}, {&denied, 0, 0xF124},
-                {&full, 0, 0xF122},     {&named, 1, 0xF122},   {&other, 1, 0xF101},  {&other, 0, 0xF100},
-                {&end, 1, 0xF120},      {&index, 1, 0xF120},   {&type, 0, 0xF120},   {&schema, 1, 0xF120},
-                {&readOnly, 1, 0xF101}, {&memory, 0, 0xF100}};
+    const std::tuple<CException*, int, UINT> rows[] = {
+        {&notFound, 1, 0xF121}, {&badPath, 0, 0xF121}, {&denied, 1, 0xF123}, {&denied, 0, 0xF124},
+        {&full, 0, 0xF122},     {&named, 1, 0xF122},   {&other, 1, 0xF101},  {&other, 0, 0xF100},
+        {&end, 1, 0xF120},      {&index, 1, 0xF120},   {&type, 0, 0xF120},   {&schema, 1, 0xF120},
+        {&readOnly, 1, 0xF101}, {&memory, 0, 0xF100}};
     const CString path = folder.Write("é.bin", "abc");
     IoFile file(0u);
     size_t shown = 0;
-    for (const auto& row : rows) {
+    for (const auto& [exception, reading, prompt] : rows) {
         SCOPED_TRACE(shown);
-        ASSERT_TRUE(file.OpenFile(path, row.reading));
-        file.ReportError(row.exception);
+        ASSERT_TRUE(file.OpenFile(path, reading));
+        file.ReportError(exception);
         file.CloseFile();
         ASSERT_EQ(application.Boxes().size(), ++shown);
-        CString text = texts.at(row.prompt);
+        CString text = texts.at(prompt);
         text.Replace(L"%1", path);
         EXPECT_EQ(application.Boxes().back().text, text);
         EXPECT_EQ(application.Boxes().back().type, UINT(MB_ICONEXCLAMATION));
-        EXPECT_EQ(application.Boxes().back().helpId, row.prompt);
+        EXPECT_EQ(application.Boxes().back().helpId, prompt);
     }
     EXPECT_EQ(notFound.m_strFileName, path);
     EXPECT_EQ(named.m_strFileName, L"autre.bin");

@@ -73,12 +73,7 @@ protected:
 
 TEST_F(TextFile, LineEndsAndEndOfTextAreReadAlikeOnEveryBuild)
 {
-    const struct
-    {
-        std::string bytes;
-        std::vector<CString> text;
-        std::vector<CString> binary;
-    } rows[] = {
+    const std::tuple<std::string, std::vector<CString>, std::vector<CString>> rows[] = {
         {"", {}, {}},
         {"a\r\nb\nc", {L"a", L"b", L"c"}, {L"a", L"b", L"c"}},
         {"a\n\r\n\n", {L"a", L"", L""}, {L"a", L"", L""}},
@@ -89,11 +84,11 @@ TEST_F(TextFile, LineEndsAndEndOfTextAreReadAlikeOnEveryBuild)
         {"\x1A\n", {}, {L"\x1A"}},
         {"a\0b\nc"s, {CString(L"a\0b", 3), L"c"}, {CString(L"a\0b", 3), L"c"}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::PrintToString(row.bytes));
-        const CString path = folder.Write("in.txt", row.bytes);
-        EXPECT_EQ(ReadAll(path, CFile::typeText), row.text);
-        EXPECT_EQ(ReadAll(path, CFile::typeBinary), row.binary);
+    for (const auto& [bytes, text, binary] : rows) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        const CString path = folder.Write("in.txt", bytes);
+        EXPECT_EQ(ReadAll(path, CFile::typeText), text);
+        EXPECT_EQ(ReadAll(path, CFile::typeBinary), binary);
     }
 }
 
@@ -209,12 +204,7 @@ TEST_F(TextFile, LinesInTheMiddleOfAFileReadAsAtItsEnd)
 // The bytes are Python's encodings of the texts.
 TEST_F(TextFile, CodePagesReadAndWriteTheirBytes)
 {
-    const struct
-    {
-        UINT codePage;
-        const wchar_t* text;
-        const char* bytes;
-    } rows[] = {
+    const std::tuple<UINT, const wchar_t*, const char*> rows[] = {
         {CStdioFileEx::kAnsiCodePage, L"Été à 5 € – œuvre, longue de plus de seize",
          "\xc9t\xe9 \xe0 5 \x80 \x96 \x9cuvre, longue de plus de seize"},
         {65001, L"Été à 5 €, \xD83D\xDE00", "\xc3\x89t\xc3\xa9 \xc3\xa0 5 \xe2\x82\xac, \xf0\x9f\x98\x80"},
@@ -223,11 +213,10 @@ TEST_F(TextFile, CodePagesReadAndWriteTheirBytes)
         {437, L"Été", "\x90t\x82"},
         {932, L"日本語ﾃ表", "\x93\xfa\x96{\x8c\xea\xc3\x95\\"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.codePage);
-        EXPECT_EQ(Written(CFile::typeBinary, row.codePage, {row.text}), row.bytes);
-        EXPECT_EQ(ReadAll(folder.Path("out.txt"), CFile::typeBinary, row.codePage),
-                  std::vector<CString>{row.text});
+    for (const auto& [codePage, text, bytes] : rows) {
+        SCOPED_TRACE(codePage);
+        EXPECT_EQ(Written(CFile::typeBinary, codePage, {text}), bytes);
+        EXPECT_EQ(ReadAll(folder.Path("out.txt"), CFile::typeBinary, codePage), std::vector<CString>{text});
     }
     EXPECT_EQ(Written(CFile::typeText, 1252, {L"Жe\x301\n", L"日\r\n"}), "#\xe9\r\n#\r\r\n");
     EXPECT_EQ(Written(CFile::typeText, 65001, {L"\xD800"}), "\xEF\xBF\xBD");
