@@ -28,7 +28,6 @@ TEST(FileInfo, TakesANameApart)
         _FILEINFO_TYPE type = FILEINFO_FILE;
     } rows[] = {
         {L"C:\\tmp\\a.b\\f.JPG", L"C:\\|C:\\tmp\\a.b\\|tmp\\a.b\\|f.JPG|f|.JPG|a.b|C:\\tmp\\"},
-        {L"C:\\a.b\\c", L"C:\\|C:\\a.b\\|a.b\\|c|c||a.b|C:\\"},
         {L"C:\\a\\b.x", L"C:\\|C:\\a\\b.x\\|a\\b.x\\||||b.x|C:\\a\\", FILEINFO_DIRECTORY},
         {L"C:", L"C:\\|C:\\||||||C:\\", FILEINFO_AUTO},
         {L"C:f.x", L"C:\\|C:||f.x|f|.x||C:"},

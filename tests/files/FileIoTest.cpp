@@ -197,7 +197,6 @@ TEST_F(FileIo, KeepsParametersByClassAndDirection)
     EXPECT_TRUE(io.GetCustomData().GetUInt('IOCL', keptClass, 0) && keptClass == kModel);
     EXPECT_EQ(io.LoadIoParameters(1, data, kModel), 1);
     EXPECT_EQ(NumberIn(data, 'QUAL'), 20);
-    EXPECT_EQ(io.LoadIoParameters(0, data, kReadOnly), 0);
 
     CFileIo::SetPreferencesFilePath(m_folder.Path("none.dat"));
     io.SetFlag(FILE_PARSER_NO_PREFERENCES, 1);

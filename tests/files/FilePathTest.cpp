@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 TEST(FilePath, IsSplitByItsText)
 {
     // Nothing of these names exists: the disk says no.
@@ -38,11 +40,7 @@ TEST(FilePath, AnExistingDirectoryHasNoFileName)
 
 TEST(FilePath, DirectoriesCompareByText)
 {
-    const struct
-    {
-        LPCWSTR first, second;
-        DirCompare result;
-    } rows[] = {
+    const std::tuple<LPCWSTR, LPCWSTR, DirCompare> rows[] = {
         {L"C:\\A", L"c:\\a\\", DirCompareSame},
         {L"rel\\\u00c9", L"REL\\\u00e9", DirCompareSame},
         {L"C:\\a\\b", L"C:\\A", DirCompareSubdir},
@@ -51,10 +49,8 @@ TEST(FilePath, DirectoriesCompareByText)
         {L"C:\\x\\a\\b", L"\\a", DirCompareSubdir},
         {L"\\a", L"C:\\x\\a\\b", DirCompareParent},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.result, fileCompareDirectory(row.first, row.second))
-            << testing::PrintToString(CString(row.first)) << testing::PrintToString(CString(row.second));
-    }
+    for (const auto& [first, second, result] : rows)
+        EXPECT_EQ(result, fileCompareDirectory(first, second)) << CStringA(first).GetString();
 }
 
 TEST(FilePath, IsMadeRelativeAndAbsolute)

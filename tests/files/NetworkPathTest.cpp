@@ -5,21 +5,19 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 using vak::detail::NetworkFormByShares;
 
 TEST(NetworkPath, NeedsServerAndShare)
 {
-    const struct
-    {
-        LPCWSTR path;
-        int isNetwork;
-    } rows[] = {
+    const std::pair<LPCWSTR, int> rows[] = {
         {L"\\\\srv\\share", 1}, {L"\\\\srv\\share\\d\\f.x", 1}, {L"\\\\?\\UNC\\srv\\share\\f", 1},
         {L"\\\\srv\\", 0},      {L"\\\\srv\\\\x", 0},           {L"\\\\\\share", 0},
         {L"\\\\?\\C:\\d", 0},   {L"\\\\.\\pipe\\x", 0},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.isNetwork, fileIsUNCPath(row.path)) << testing::PrintToString(CString(row.path));
+    for (const auto& [path, isNetwork] : rows)
+        EXPECT_EQ(isNetwork, fileIsUNCPath(path)) << testing::PrintToString(CString(path));
     CString form = L"before";
     EXPECT_EQ(1, fileConvertToUNCPath(L"\\\\srv\\share\\f.x", form));
     EXPECT_EQ(CString(L"\\\\srv\\share\\f.x"), form);

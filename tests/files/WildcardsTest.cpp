@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 namespace {
 
@@ -22,11 +23,7 @@ CString RandomText(std::mt19937& random, const CString& alphabet, unsigned longe
 
 TEST(Wildcards, MatchAsWorkedOutByHand)
 {
-    const struct
-    {
-        LPCWSTR name, pattern;
-        int matches;
-    } rows[] = {
+    const std::tuple<LPCWSTR, LPCWSTR, int> rows[] = {
         {L"abc", L"*c", 1},
         {L"abc", L"a?c", 1},
         {L"abc", L"abc**", 1},
@@ -39,10 +36,8 @@ TEST(Wildcards, MatchAsWorkedOutByHand)
         {L"L'\u0152uf", L"l'*\u0153UF", 1},
         {L"\u00ff", L"\u0178", 0},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.matches, fileMatchWilcards(row.name, row.pattern, 0))
-            << testing::PrintToString(CString(row.pattern));
-    }
+    for (const auto& [name, pattern, matches] : rows)
+        EXPECT_EQ(matches, fileMatchWilcards(name, pattern, 0)) << testing::PrintToString(CString(pattern));
     EXPECT_EQ(0, fileMatchWilcards(L"ABC", L"abc", 1));
     CHashTable<CString> patterns;
     patterns.Insert(L"*.obj");

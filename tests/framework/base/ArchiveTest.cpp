@@ -155,27 +155,22 @@ TEST(Archive, PiecesOfAnySizeArriveInOrderThroughAnyBuffer)
             byte = char(random());
         all += pieces[i];
     }
-    const auto forEachPiece = [&](CArchive& archive, auto take) {
-        for (std::size_t i = 0; i < pieces.size(); ++i) {
-            take(pieces[i]);
-            if (i % 50 == 0)
-                archive.Flush();
-        }
-    };
     for (const int bufferSize : {128, 131, 4096}) {
-        std::string stored = Stored(
-            [&](CArchive& archive) {
-                forEachPiece(archive, [&](auto& piece) { archive.Write(piece.data(), UINT(piece.size())); });
-            },
-            bufferSize);
+        const auto write = [&](CArchive& archive) {
+            for (const std::string& piece : pieces)
+                archive.Write(piece.data(), UINT(piece.size()));
+        };
+        std::string stored = Stored(write, bufferSize);
         ASSERT_EQ(stored, all);
         SlowFile file(reinterpret_cast<BYTE*>(stored.data()), UINT(stored.size()));
         CArchive archive(&file, CArchive::load, bufferSize);
-        forEachPiece(archive, [&](const std::string& piece) {
+        for (const std::string& piece : pieces) {
             std::string read(piece.size(), '\0');
             EXPECT_EQ(archive.Read(read.data(), UINT(read.size())), read.size());
             EXPECT_EQ(read, piece);
-        });
+            if (&piece == &pieces[150])
+                archive.Flush();
+        }
         EXPECT_EQ(archive.Read(&random, 1), 0u);
     }
 }

@@ -23,19 +23,6 @@ CString Message(const CException& exception, UINT room = 256)
     return text;
 }
 
-/// A host's exception without a message of its own.
-class MutePathException : public CFileException
-{
-public:
-    MutePathException() : CFileException(badPath) { ++alive; }
-    ~MutePathException() override { --alive; }
-    BOOL GetErrorMessage(LPTSTR error, UINT room, PUINT help) const override
-    {
-        return CException::GetErrorMessage(error, room, help);
-    }
-    static inline int alive = 0;
-};
-
 } // namespace
 
 TEST(Exception, CausesHaveTheirNumbersAndTheirSentences)
@@ -80,21 +67,21 @@ TEST(Exception, SystemErrorsBecomeCauses)
     EXPECT_EQ(CFileException::ErrnoToException(ENOSPC), CFileException::diskFull);
 }
 
+// The sanitizers see a leak, or what was never allocated freed.
 TEST(Exception, DeleteFreesOnlyWhatWasMadeWithNew)
 {
-    (new MutePathException)->Delete();
-    EXPECT_EQ(MutePathException::alive, 0);
-    MutePathException onTheStack;
+    (new CFileException)->Delete();
+    CFileException onTheStack;
     onTheStack.m_bAutoDelete = FALSE;
     onTheStack.Delete();
-    EXPECT_EQ(MutePathException::alive, 1);
+    EXPECT_EQ(onTheStack.m_cause, CFileException::none);
 }
 
 TEST(Exception, ReportsItsMessageOrTheOneGivenForIt)
 {
     MessageRecorder recorder{IDCANCEL};
     EXPECT_EQ(CMemoryException().ReportError(MB_OKCANCEL), IDCANCEL);
-    MutePathException().ReportError(MB_OK, IDS_NOT_SUPPORTED);
+    CFileException(15).ReportError(MB_OK, IDS_NOT_SUPPORTED); // has no message of its own
     ASSERT_EQ(recorder.Boxes().size(), 2u);
     EXPECT_EQ(recorder.Boxes()[0].text, CString(L"Mémoire insuffisante."));
     EXPECT_EQ(recorder.Boxes()[1].text, CString(L"Cette opération n'est pas prise en charge."));

@@ -14,6 +14,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <tuple>
 
 using vak::test::TempFolder;
 
@@ -61,12 +62,7 @@ TEST(File, SharingIsRefusedByWhoeverCameFirst)
 {
     const UINT read = CFile::modeRead;
     const UINT both = CFile::modeReadWrite;
-    const struct
-    {
-        UINT first;
-        UINT second;
-        bool opens;
-    } rows[] = {
+    const std::tuple<UINT, UINT, bool> rows[] = {
         {read | CFile::shareExclusive, read | CFile::shareDenyNone, false},
         {read, read | CFile::shareDenyNone, false}, // compatibility is exclusive
         {read | CFile::shareDenyWrite, read | CFile::shareDenyWrite, true},
@@ -78,12 +74,12 @@ TEST(File, SharingIsRefusedByWhoeverCameFirst)
     };
     TempFolder folder;
     const CString path = folder.Write("shared", "text");
-    for (const auto& row : rows) {
-        CFile first(path, row.first);
+    for (const auto& [firstFlags, secondFlags, opens] : rows) {
+        CFile first(path, firstFlags);
         CFile second;
         CFileException error;
-        EXPECT_EQ(second.Open(path, row.second, &error) != 0, row.opens) << &row - rows;
-        EXPECT_EQ(error.m_cause, row.opens ? CFileException::none : CFileException::sharingViolation);
+        EXPECT_EQ(second.Open(path, secondFlags, &error) != 0, opens) << firstFlags << ", " << secondFlags;
+        EXPECT_EQ(error.m_cause, opens ? CFileException::none : CFileException::sharingViolation);
         EXPECT_EQ(CauseOf([&] { CFile::Remove(path); }), CFileException::sharingViolation);
     }
     CFile afterwards(path, both | CFile::shareExclusive);

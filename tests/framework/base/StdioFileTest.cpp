@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 using vak::test::TempFolder;
@@ -37,38 +38,28 @@ std::string Utf16(const CString& text)
 
 TEST(StdioFile, TextModeReadsAlikeOnBothBuilds)
 {
-    const struct
-    {
-        std::string bytes;
-        std::string read;
-        std::vector<CString> lines;
-    } rows[] = {
+    const std::tuple<std::string, std::string, std::vector<CString>> rows[] = {
         {"a\r\nb\n", "a\nb\n", {L"a", L"b"}},
         {"a\r\r\nb\rc", "a\r\nb\rc", {L"a\r", L"b\rc"}},
         {"\r\n\n\r", "\n\n\r", {L"", L"", L"\r"}},
-        {"a\x1A"
-         "b\r\n",
-         "a",
-         {L"a"}},
+        {"a\x1A z\r\n", "a", {L"a"}},
         {"a\r\x1A", "a\r", {L"a\r"}},
-        {"\x1A", "", {}},
         {"", "", {}},
         {"\xE9t\xE9\x80", "\xE9t\xE9\x80", {L"été€"}},
     };
     TempFolder folder;
-    for (const auto& row : rows) {
-        const CString path = folder.Write("t", row.bytes);
-        CStdioFile file(path, CFile::modeRead | kText);
+    for (const auto& [bytes, expected, lines] : rows) {
+        CStdioFile file(folder.Write("t", bytes), CFile::modeRead | kText);
         std::string read(64, '\0');
         read.resize(file.Read(read.data(), 64));
-        EXPECT_EQ(read, row.read);
+        EXPECT_EQ(read, expected);
         file.SeekToBegin();
         std::string single;
         for (char byte; file.Read(&byte, 1) == 1;)
             single += byte;
-        EXPECT_EQ(single, row.read) << "byte by byte";
+        EXPECT_EQ(single, expected) << "byte by byte";
         file.SeekToBegin();
-        EXPECT_EQ(RestOf(file), row.lines);
+        EXPECT_EQ(RestOf(file), lines);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -11,20 +12,15 @@ namespace {
 TEST(Time, UtcGoldens)
 {
     // From `date -u -d @N`.
-    const struct
-    {
-        std::int64_t moment;
-        LPCTSTR text;
-    } rows[] = {
+    const std::pair<std::int64_t, LPCTSTR> rows[] = {
         {0, L"1970-01-01 00:00:00 Thursday Thu January Jan 001 4 70 12 AM"},
         {951827696, L"2000-02-29 12:34:56 Tuesday Tue February Feb 060 2 00 12 PM"},
         {1062424800, L"2003-09-01 14:00:00 Monday Mon September Sep 244 1 03 02 PM"},
         {4294967296, L"2106-02-07 06:28:16 Sunday Sun February Feb 038 0 06 06 AM"},
         {32535215999, L"3000-12-31 23:59:59 Wednesday Wed December Dec 365 3 00 11 PM"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(CTime(row.moment).FormatGmt(L"%Y-%m-%d %H:%M:%S %A %a %B %b %j %w %y %I %p"),
-                  CString(row.text));
+    for (const auto& [moment, text] : rows)
+        EXPECT_EQ(CTime(moment).FormatGmt(L"%Y-%m-%d %H:%M:%S %A %a %B %b %j %w %y %I %p"), CString(text));
     EXPECT_EQ(CTime(std::int64_t{0}).FormatGmt(L"à %d%% 日"), CString(L"à 01% 日"));
     EXPECT_EQ(CTime(std::int64_t{0}).FormatGmt(L"%"), CString(L""));
 }

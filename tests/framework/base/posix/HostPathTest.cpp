@@ -28,8 +28,6 @@ TEST(HostPath, DriveZIsTheHost)
         {L"a\\b\\..\\..\\..\\c", "../c", 0},
         {L"Z:a", "a", 0},
         {L"\\\\?\\Z:\\é\xD83D\xDE00", "/\xC3\xA9\xF0\x9F\x98\x80", 0},
-        {L"C:\\x", "", kErrorPathNotFound},
-        {L"1:\\x", "", kErrorInvalidName},
         {L"", "", kErrorPathNotFound},
         {L"ab:stream", "", kErrorInvalidName},
         {L"\\\\server\\share\\x", "", kErrorBadNetPath},
