@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 using vak::test::TempFolder;
 
@@ -183,12 +184,7 @@ TEST(CustomDataStorageTest, RefusesDamagedBytesAndIsEmptyThen)
     const std::string good = Golden("all_kinds.cus4");
     const std::string chain = Golden("wide_old.cusu");
     const std::string header("4SUC\x14\0\0\0\1\0\0\0", 12);
-    const struct
-    {
-        const char* what;
-        std::string bytes;
-        const char* end;
-    } cases[] = {
+    const std::tuple<const char*, std::string, const char*> cases[] = {
         {"no magic", "4SU", "end"},
         {"another magic", Changed(good, 0, '5'), "damaged"},
         {"no length", "4SUC\1", "end"},
@@ -205,10 +201,10 @@ TEST(CustomDataStorageTest, RefusesDamagedBytesAndIsEmptyThen)
         {"a chain without its last record", Changed(chain, 4, 50), "damaged"},
         {"an empty chain", std::string("TSUC\0\0\0\0", 8), ""},
     };
-    for (const auto& test : cases) {
+    for (const auto& [what, bytes, end] : cases) {
         CCustomData store = New();
-        EXPECT_EQ(Load(store, test.bytes), test.end) << test.what;
-        EXPECT_FALSE(store.HasData()) << test.what;
+        EXPECT_EQ(Load(store, bytes), end) << what;
+        EXPECT_FALSE(store.HasData()) << what;
     }
 
     CCustomData store = New();

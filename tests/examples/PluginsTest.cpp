@@ -11,6 +11,7 @@
 #include <limits>
 #include <map>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -148,13 +149,7 @@ TEST_F(Plugins, DamagedMeshesAreRefusedBeforeAnythingIsAllocatedForThem)
     nan[80] = 1;
     nan[84 + 14] = '\xC0';
     nan[84 + 15] = '\x7F';
-    const struct
-    {
-        const char* defect;
-        const char* name;
-        std::string bytes;
-        IO_FILE_RESULT result;
-    } rows[] = {
+    const std::tuple<const char*, const char*, std::string, IO_FILE_RESULT> rows[] = {
         {"nothing wrong", "a.ply", three + "3 0 1 2\n", IO_FILE_SUCCESS},
         {"index outside", "a.ply", three + "3 0 1 3\n", IO_FILE_BAD_FORMAT},
         {"list longer than the file", "a.ply", three + "200 0 1 2\n", IO_FILE_BAD_FORMAT},
@@ -173,10 +168,10 @@ TEST_F(Plugins, DamagedMeshesAreRefusedBeforeAnythingIsAllocatedForThem)
         {"index outside", "a.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 4\n", IO_FILE_BAD_FORMAT},
         {"empty file", "a.obj", "", IO_FILE_EMPTY},
     };
-    for (const auto& row : rows) {
+    for (const auto& [defect, name, bytes, result] : rows) {
         Mesh mesh = TwoFaces();
-        EXPECT_EQ(LoadMesh(row.name, row.bytes, mesh), row.result) << row.name << ": " << row.defect;
-        EXPECT_EQ(mesh.positions.empty(), row.result != IO_FILE_SUCCESS) << row.name << ": " << row.defect;
+        EXPECT_EQ(LoadMesh(name, bytes, mesh), result) << name << ": " << defect;
+        EXPECT_EQ(mesh.positions.empty(), result != IO_FILE_SUCCESS) << name << ": " << defect;
     }
 }
 
@@ -226,12 +221,7 @@ TEST_F(Plugins, FormatsWithoutAlphaShowThePictureOverWhite)
 TEST_F(Plugins, DamagedPicturesAreRefused)
 {
     std::string bomb("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\xEA\x60\0\0\xEA\x60\x08\x06\0\0\0\0\0\0\0", 33);
-    const struct
-    {
-        const char* name;
-        std::string bytes;
-        IO_FILE_RESULT result;
-    } rows[] = {
+    const std::tuple<const char*, std::string, IO_FILE_RESULT> rows[] = {
         {"60000 x 60000 pixels in 33 bytes.png", bomb, IO_FILE_BAD_FORMAT},
         {"not what it says.png", "BM and more text than a header has, so that the size is no reason",
          IO_FILE_BAD_FORMAT},
@@ -240,9 +230,9 @@ TEST_F(Plugins, DamagedPicturesAreRefused)
         {"header only.tga", std::string("\0\0\2\0\0\0\0\0\0\0\0\0\xFF\x7F\xFF\x7F\x18\0", 18),
          IO_FILE_BAD_FORMAT},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, bytes, result] : rows) {
         Image image{1, 1, 1, {0}};
-        EXPECT_EQ(LoadImage(row.name, row.bytes, image), row.result) << row.name;
-        EXPECT_TRUE(image.pixels.empty()) << row.name;
+        EXPECT_EQ(LoadImage(name, bytes, image), result) << name;
+        EXPECT_TRUE(image.pixels.empty()) << name;
     }
 }

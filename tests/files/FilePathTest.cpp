@@ -10,10 +10,8 @@
 TEST(FilePath, IsSplitByItsText)
 {
     // Nothing of these names exists: the disk says no.
-    const struct
-    {
-        LPCWSTR path, directory, name, bareName, extension;
-    } rows[] = {
+    // Path, directory, name, name without extension, extension.
+    const LPCWSTR rows[][5] = {
         {L"C:\\x1\\b.tar.GZ", L"C:\\x1\\", L"b.tar.GZ", L"b.tar", L".GZ"},
         {L"C:\\x.1\\none", L"C:\\x.1\\", L"none", L"none", L""},
         {L"no-such.txt", L"", L"no-such.txt", L"no-such", L".txt"},
@@ -21,12 +19,11 @@ TEST(FilePath, IsSplitByItsText)
         {L"\\\\srv\\share\\f.x", L"\\\\srv\\share\\", L"f.x", L"f", L".x"},
         {L"C:\\x1\\Dr. No", L"C:\\x1\\", L"Dr. No", L"Dr. No", L""},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::PrintToString(CString(row.path)));
-        EXPECT_EQ(CString(row.directory), fileStripName(row.path));
-        EXPECT_EQ(CString(row.name), fileStripPath(row.path));
-        EXPECT_EQ(CString(row.bareName), fileStripPath(row.path, 1));
-        EXPECT_EQ(CString(row.extension), fileGetExtension(row.path));
+    for (const auto& [path, directory, name, bareName, extension] : rows) {
+        EXPECT_EQ(CString(directory), fileStripName(path));
+        EXPECT_EQ(CString(name), fileStripPath(path));
+        EXPECT_EQ(CString(bareName), fileStripPath(path, 1));
+        EXPECT_EQ(CString(extension), fileGetExtension(path));
     }
 }
 
@@ -55,18 +52,14 @@ TEST(FilePath, DirectoriesCompareByText)
 
 TEST(FilePath, IsMadeRelativeAndAbsolute)
 {
-    struct Row
-    {
-        LPCWSTR base, path, result;
-    };
-    const Row relative[] = {
+    const LPCWSTR relative[][3] = {
         {L"c:\\data\\", L"C:\\Data\\x\\y.obj", L".\\x\\y.obj"},
         {L"c:\\other\\", L"C:\\Data\\y.obj", L"C:\\Data\\y.obj"},
         {L"c:\\data\\", L"C:\\DATA\\", L""},
     };
-    for (const Row& row : relative)
-        EXPECT_EQ(CString(row.result), fileMakeRelativePath(row.base, row.path));
-    const Row absolute[] = {
+    for (const auto& [base, path, result] : relative)
+        EXPECT_EQ(CString(result), fileMakeRelativePath(base, path));
+    const LPCWSTR absolute[][3] = {
         {L"C:\\a\\b\\", L"..\\c.txt", L"C:\\a\\c.txt"},
         {L"C:\\a\\", L".\\x\\.\\y\\..\\z", L"C:\\a\\x\\z"},
         {L"C:\\a\\", L"..\\..\\..\\z", L"C:\\z"},
@@ -76,8 +69,8 @@ TEST(FilePath, IsMadeRelativeAndAbsolute)
         {L"C:\\a\\", L"D:x", L"D:x"},
         {L"C:\\a\\", L"...\\..x", L"C:\\a\\...\\..x"},
     };
-    for (const Row& row : absolute)
-        EXPECT_EQ(CString(row.result), fileMakeAbsolutePath(row.base, row.path));
+    for (const auto& [base, path, result] : absolute)
+        EXPECT_EQ(CString(result), fileMakeAbsolutePath(base, path));
 }
 
 TEST(FilePath, OnlyAnAbsolutePathThatFitsTheBufferIsMade)

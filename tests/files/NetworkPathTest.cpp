@@ -27,20 +27,17 @@ TEST(NetworkPath, IsBuiltFromTheNearestShare)
 {
     const std::vector<vak::system::DiskShare> shares = {
         {L"C$", L"C:\\"}, {L"Base", L"c:\\data\\Base"}, {L"Data", L"C:\\Data\\"}, {L"empty", L""}};
-    const struct
-    {
-        LPCWSTR directory, name, form;
-    } rows[] = {
+    const LPCWSTR rows[][3] = {
         {L"c:\\dATA\\X\\", L"y.obj", L"\\\\PC\\Data\\X\\y.obj"},
         {L"C:\\Data\\", L"", L"\\\\PC\\Data\\"},
         {L"C:\\Data\\base\\", L"f", L"\\\\PC\\Base\\f"},
         {L"C:\\Data\\Basement\\", L"f", L"\\\\PC\\Data\\Basement\\f"},
         {L"C:\\Database\\", L"f", L"\\\\PC\\C$\\Database\\f"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [directory, name, expected] : rows) {
         CString form;
-        EXPECT_TRUE(NetworkFormByShares({row.directory, row.name}, L"PC", shares, form));
-        EXPECT_EQ(CString(row.form), form);
+        EXPECT_TRUE(NetworkFormByShares({directory, name}, L"PC", shares, form));
+        EXPECT_EQ(CString(expected), form);
     }
     CString form = L"before";
     EXPECT_FALSE(NetworkFormByShares({L"D:\\", L"f"}, L"PC", shares, form));
