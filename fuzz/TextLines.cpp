@@ -8,6 +8,7 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// The first byte: bit 0 text mode, bit 1 rewrite as UTF-16, bits 2 and 3 the code page. Then the file.
@@ -72,9 +73,10 @@ bool Survives(const CString& line, UINT codePage, bool utf16)
         return plain;
     char bytes[kPiece - 2];
     wchar_t units[kPiece];
-    // The mark at the beginning would make UTF-16 of it, and some pages have several bytes for a character.
-    return line.Find(L"ÿþ") != 0 &&
-           CStdioFileEx::GetMultiByteStringFromUnicodeString(line, bytes, sizeof bytes, codePage) &&
+    // Bytes like the mark at the beginning would make UTF-16 of it, and some pages have several bytes for a
+    // character.
+    return CStdioFileEx::GetMultiByteStringFromUnicodeString(line, bytes, sizeof bytes, codePage) &&
+           std::string_view(bytes).substr(0, 2) != "\xFF\xFE" &&
            CStdioFileEx::GetUnicodeStringFromMultiByteString(bytes, units, kPiece, codePage) && line == units;
 }
 
