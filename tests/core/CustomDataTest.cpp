@@ -97,8 +97,10 @@ struct Model
 /// Opens what is there for derived classes.
 struct OpenStore : CCustomData
 {
+    using CCustomData::m_entries;
     using CCustomData::m_stringMode;
     using CCustomData::SetCustom;
+    using CCustomData::UpdateDataPointers;
 };
 
 struct Settings final : CCustomDataClass
@@ -321,4 +323,19 @@ TEST(CustomDataTest, EqualityLooksAtSharedIdsAndCountsOnly)
     EXPECT_FALSE(c.IsEqual(a));
     b.SetInt(1, 5);
     EXPECT_FALSE(a.IsEqual(b));
+}
+
+TEST(CustomDataTest, MembersLieInTheirOrder)
+{
+    OpenStore store;
+    const auto* const base = reinterpret_cast<const char*>(&store);
+    EXPECT_EQ(reinterpret_cast<const char*>(&store.m_stringMode) - base, 8);
+    EXPECT_EQ(reinterpret_cast<const char*>(&store.m_entries) - base, 16);
+    EXPECT_EQ(store.UpdateDataPointers(), nullptr);
+    store.SetInt(1, 1);
+    store.SetInt(2, 1);
+    unsigned int size = 0;
+    const auto* const image = static_cast<const char*>(store.GetData(size));
+    EXPECT_EQ(static_cast<const void*>(store.UpdateDataPointers()), image + 24);
+    EXPECT_EQ(size, 48u);
 }

@@ -236,3 +236,17 @@ TEST_F(Plugins, DamagedPicturesAreRefused)
         EXPECT_TRUE(image.pixels.empty()) << name;
     }
 }
+
+TEST_F(Plugins, ObjectFilesKeepGroupsAndMaterialsOfTheSameName)
+{
+    Mesh mesh = TwoFaces();
+    ASSERT_EQ(Use<CMeshParser>(m_folder.Path("été 1.obj"), false, mesh), IO_FILE_SUCCESS);
+    EXPECT_TRUE(m_folder.Has("été_1.mtl")) << "the format separates names by blanks";
+    ASSERT_EQ(Use<CMeshParser>(m_folder.Path("été 1.obj"), true, mesh), IO_FILE_SUCCESS);
+    ASSERT_EQ(mesh.groups.size(), 2u);
+    EXPECT_EQ(mesh.groups[1].name, L"pignon");
+    ASSERT_EQ(mesh.materials.size(), 2u);
+    const MeshMaterial& second = mesh.materials[static_cast<std::size_t>(mesh.groups[1].material)];
+    EXPECT_EQ(second.diffuse[2], 1.0f);
+    EXPECT_EQ(second.opacity, 0.5f);
+}

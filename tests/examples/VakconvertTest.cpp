@@ -94,3 +94,15 @@ TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)
     EXPECT_EQ(Run(L"--list-plugins"), 0u);
     EXPECT_TRUE(Says("loaded, 3 kinds")) << m_output;
 }
+
+TEST_F(Vakconvert, KeepsOptionsForLaterRunsWhenAsked)
+{
+    m_folder.Write("a.obj", kTriangle);
+    EXPECT_EQ(Run(L"--to stl -y --option binary=0 @a.obj"), 0u) << m_output;
+    EXPECT_EQ(m_folder.Read("a.stl").substr(0, 5), "solid");
+    EXPECT_EQ(Run(L"--to stl -y @a.obj"), 0u) << "the option was for that run";
+    EXPECT_EQ(m_folder.Read("a.stl").substr(0, 6), "binary");
+    EXPECT_EQ(Run(L"--to stl -y --option binary=0 --save-options @a.obj"), 0u) << m_output;
+    EXPECT_EQ(Run(L"--to stl -y @a.obj"), 0u);
+    EXPECT_EQ(m_folder.Read("a.stl").substr(0, 5), "solid");
+}

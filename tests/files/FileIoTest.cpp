@@ -227,15 +227,22 @@ TEST_F(FileIo, AnswersWhetherADialogIsOfferedOrMustBeShown)
 
 TEST_F(FileIo, SaysInFrenchHowItEnded)
 {
-    const std::pair<int, const wchar_t*> rows[] = {
-        {0, L"Une erreur inconnue s'est produite lors de l'accès au fichier"},
-        {IO_FILE_BAD_FORMAT, L"Mauvais format de fichier"},
-        {IO_FILE_DISK_FULL, L"Disque plein"},
-        {-10, L"Opération interrompue"},
-        {-11, L"Une erreur inconnue s'est produite lors de l'accès au fichier"},
+    const wchar_t* const failures[] = {
+        L"Une erreur inconnue s'est produite lors de l'accès au fichier",
+        L"Impossible d'ouvrir le fichier.\n"
+        L"Le fichier est peut-être déjà ouvert dans une autre application ?",
+        L"Type de fichier inconnu",
+        L"Mauvais format de fichier",
+        L"Pas assez de mémoire",
+        L"Disque plein",
+        L"Accès non autorisé",
+        L"Il n'y a rien à enregistrer.\nLa sauvegarde du fichier est annulée.",
+        L"Enregistrement impossible dans ce format  avec ces options",
+        L"Le fichier ne contient aucune information. Se lecture est annulée.",
+        L"Opération interrompue",
     };
-    for (const auto& [code, text] : rows)
-        EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(1, code), text) << code;
+    for (int code = 0; code >= -11; --code)
+        EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(1, code), failures[-code % 11]) << code;
     EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(1, 1), L"Le fichier a été lu avec succès");
     EXPECT_EQ(CFileIo::GetIoErrorTxtFromCode(0, 1), L"Le fichier a été enregistré avec succès");
 

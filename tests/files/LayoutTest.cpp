@@ -1,0 +1,50 @@
+#include "files/FileExt.h"
+#include "files/FileIo.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+struct OpenFileIo : CFileIo
+{
+    using CFileIo::CFileIo;
+
+    bool IsInOrder() const
+    {
+        const void* const members[] = {&m_alternativeClass, &m_customData, &m_fileInfo,
+                                       &m_alternativeInfo,  &m_flags,      &m_ioError,
+                                       &m_ioErrorText,      &m_parser,     &m_parentWnd};
+        return std::is_sorted(std::begin(members), std::end(members));
+    }
+};
+
+/// Slot of a virtual operation in the table, the destructor's two included.
+template <class Member>
+std::size_t SlotOf(Member member)
+{
+    std::size_t words[2];
+    static_assert(sizeof(member) == sizeof(words));
+    std::memcpy(words, &member, sizeof(words));
+    return (words[0] - 1) / sizeof(void*);
+}
+
+} // namespace
+
+TEST(FileLayout, StaysWherePluginsThatAreInUseExpectIt)
+{
+    constexpr std::size_t kCodes = 2 * sizeof(CString);
+    EXPECT_EQ(offsetof(CFileExt, m_extension), sizeof(CString));
+    EXPECT_EQ(offsetof(CFileExt, m_class), kCodes);
+    EXPECT_EQ(offsetof(CFileExt, m_properties), kCodes + 4);
+    EXPECT_EQ(offsetof(CFileExt, m_loader), kCodes + 8);
+    EXPECT_EQ(offsetof(CFileExt, m_saver), kCodes + 12);
+    EXPECT_EQ(offsetof(CFileExt, m_initCallback), kCodes + 16);
+    EXPECT_TRUE(OpenFileIo(CFileNameSpec(L"a"), 0, nullptr).IsInOrder());
+    EXPECT_EQ(SlotOf(&CFileIo::CloseParser), 2u);
+    EXPECT_EQ(SlotOf(&CFileIo::InitParser), 3u);
+}
