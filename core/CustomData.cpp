@@ -5,8 +5,9 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
-#include <vector>
+#include <functional>
+#include <memory>
+#include <new>
 
 using vak::detail::StoredEntry;
 
@@ -37,7 +38,10 @@ CCustomData::~CCustomData()
 
 CCustomData* CCustomData::Copy() const
 {
-    return HasData() ? new CCustomData(*this) : nullptr;
+    if (!HasData())
+        return nullptr;
+    std::unique_ptr<CCustomData> copy(new (std::nothrow) CCustomData(*this));
+    return copy != nullptr && copy->HasData() ? copy.release() : nullptr;
 }
 
 int CCustomData::HasData() const
@@ -171,11 +175,15 @@ void CCustomData::SetCustom(unsigned int id, const void* data, unsigned int size
         RemoveCustom(id);
         return;
     }
-    if (m_entries.Contains(data)) {
+    const auto* const bytes = static_cast<const unsigned char*>(data);
+    const std::less<const unsigned char*> before;
+    if (m_entries.Contains(data) || (!before(bytes, m_image) && before(bytes, m_image + m_imageSize))) {
         // Making room may move the bytes away.
-        const auto* bytes = static_cast<const unsigned char*>(data);
-        const std::vector<unsigned char> copy(bytes, bytes + size);
-        SetCustom(id, copy.data(), size, kind);
+        const std::unique_ptr<unsigned char[]> copy(new (std::nothrow) unsigned char[size]);
+        if (copy == nullptr)
+            return;
+        std::memcpy(copy.get(), data, size);
+        SetCustom(id, copy.get(), size, kind);
         return;
     }
     if (const StoredEntry entry = Reserve(id, size, kind))

@@ -220,15 +220,16 @@ void CCustomData::ReadArchiveForm(CArchive& archive)
     }
     if (form != kWideOldForm && form != kNarrowOldForm)
         ThrowDamaged();
-    m_stringMode = form == kWideOldForm ? 1 : 2;
+    const unsigned int mode = form == kWideOldForm ? 1 : 2;
+    m_stringMode = mode;
     try {
         ReadPreviousVersion(archive);
     } catch (...) {
         RemoveAll();
         throw;
     }
-    if (!HasData())
-        m_stringMode = 0;
+    // A record that replaces the only one empties the store for a moment, which clears the mode.
+    m_stringMode = HasData() ? mode : 0;
 }
 
 void CCustomData::ReadPreviousVersion(CArchive& archive)

@@ -5,6 +5,7 @@
 #include "framework/base/FileException.h"
 #include "framework/base/ReplacementFile.h"
 
+#include <new>
 #include <optional>
 
 using vak::detail::ReplacementFile;
@@ -13,20 +14,28 @@ namespace {
 
 constexpr int kArchiveBuffer = 4096;
 
-/// What stands in the way of the new file is kept, not destroyed: it may be all that the user has.
-void MoveAside(const CString& path)
+bool Move(const CString& path, const CString& aside)
 {
-    const CString aside = path + L".bad";
     CFileStatus status;
     try {
-        if (!CFile::GetStatus(path, status))
-            return;
         if (CFile::GetStatus(aside, status))
             CFile::Remove(aside);
         CFile::Rename(path, aside);
+        return true;
     } catch (CException* e) {
         e->Delete();
+        return false;
     }
+}
+
+/// A file that cannot be read on is kept, not destroyed: it may be all that the user has. Where ".bad" cannot
+/// be replaced a number is put behind it, for as long as the file stays no store can be saved.
+void MoveAside(const CString& path)
+{
+    CFileStatus status;
+    CString aside = path + L".bad";
+    for (int number = 1; number < 10 && CFile::GetStatus(path, status) && !Move(path, aside); ++number)
+        aside.Format(L"%s.bad.%d", path.GetString(), number);
 }
 
 /// Opens the file at `path` if there is one; false when there is one that cannot be opened.
@@ -70,6 +79,11 @@ int CCustomData::SaveToPrefs(const CString& path, unsigned int key1, unsigned in
     int count = 0;
     try {
         count = WritePrefs(file->File(), old.m_hFile != CFile::hFileNull ? &old : nullptr, key1, key2);
+    } catch (CMemoryException* e) {
+        e->Delete();
+        return 0; // the old file is sound
+    } catch (const std::bad_alloc&) {
+        return 0;
     } catch (CException* e) {
         e->Delete();
     }
@@ -135,6 +149,8 @@ int CCustomData::LoadFromPrefs(CString path, unsigned int key1, unsigned int key
         }
     } catch (CException* e) {
         e->Delete();
+    } catch (const std::bad_alloc&) {
+        // As any other failure: there is nothing to load.
     }
     RemoveAll();
     return 0;

@@ -177,6 +177,12 @@ TEST(CustomDataStorageTest, ReadsOlderFormsByTheirStringMode)
     EXPECT_TRUE(nested.GetString(7, text, L"") && text == L"nid")
         << "it takes the mode of the store around it";
     EXPECT_EQ(narrow.GetCustomData(1, nested), 0) << "five bytes are no chain";
+
+    // id 1 with 2 bytes, then with 4: the store is empty for a moment in between.
+    CCustomData replaced;
+    Load(replaced, vak::test::Hex("55535543 21000000 01000000 02000000 01000000 6100000000"
+                                  "01000000 04000000 00000000 62000000"));
+    EXPECT_TRUE(replaced.GetString(1, text, L"") && text == L"b") << "it keeps the mode of its form";
 }
 
 TEST(CustomDataStorageTest, RefusesDamagedBytesAndIsEmptyThen)
@@ -250,6 +256,12 @@ TEST(CustomDataPrefsTest, LoadsWhatStandsBeforeTheDamageAndMovesADamagedFileAsid
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"app.prefs.bad"});
     EXPECT_EQ(folder.Read("app.prefs.bad"), damaged);
     EXPECT_EQ(New().SaveToPrefs(path, 1, 2), 1) << "the next one begins anew";
+
+    folder.Write("b.prefs", damaged);
+    folder.Write("b.prefs.bad/in the way", "");
+    EXPECT_EQ(New().SaveToPrefs(folder.Path("b.prefs"), 1, 2), 0);
+    EXPECT_EQ(folder.Read("b.prefs.bad.1"), damaged);
+    EXPECT_EQ(New().SaveToPrefs(folder.Path("b.prefs"), 1, 2), 1);
 }
 
 TEST(CustomDataPrefsTest, FailureOfAnyOperationKeepsWhatTheUserHad)
