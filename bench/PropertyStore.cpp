@@ -276,6 +276,29 @@ void ReadBackVector(benchmark::State& state)
     }
 }
 
+/// A store that grows far beyond the usual by setters: look-ups and additions must stay as fast.
+void GrowOurs(benchmark::State& state)
+{
+    for (auto _ : state) {
+        CCustomData store;
+        for (unsigned int id = 1; id <= 1024; ++id)
+            store.SetUInt(id, id);
+        benchmark::DoNotOptimize(store);
+    }
+}
+
+void GrowMap(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::unordered_map<unsigned int, unsigned int> map;
+        for (unsigned int id = 1; id <= 1024; ++id)
+            map.insert_or_assign(id, id);
+        benchmark::DoNotOptimize(map);
+    }
+}
+
+BENCHMARK(GrowOurs)->Name("property_store/grow_to_1024/vak");
+BENCHMARK(GrowMap)->Name("property_store/grow_to_1024/unordered_map");
 BENCHMARK(FillOne<CCustomData>)->Name("property_store/fill/vak");
 BENCHMARK(FillOne<Flat>)->Name("property_store/fill/vector");
 BENCHMARK(ReadAll<CCustomData, true>)->Name("property_store/read_shuffled/vak");

@@ -154,11 +154,11 @@ bool EntryBlock::BuildIndex() const
     return true;
 }
 
-/// Makes an empty index of at least twice as many slots as there are entries.
+/// Makes an empty index of more than twice as many slots as there are entries, so that AddToIndex takes them
+/// all.
 bool EntryBlock::AllocateIndex() const
 {
-    const auto bits =
-        std::max(kSmallestIndexBits, static_cast<unsigned int>(std::bit_width(m_count * 2ull - 1)));
+    const auto bits = std::max(kSmallestIndexBits, static_cast<unsigned int>(std::bit_width(m_count * 2ull)));
     if (bits != m_indexBits) {
         std::free(m_index);
         m_index = static_cast<IndexSlot*>(std::malloc(sizeof(IndexSlot) << bits));

@@ -264,7 +264,7 @@ template <class SLOT>
 void HashSlots<SLOT>::Minimize()
 {
     const std::uint64_t wanted = std::uint64_t{m_count} * 5 / 2;
-    if (wanted < m_size)
+    if (m_slots != nullptr && wanted < m_size)
         ReHash(std::uint64_t{m_count} * 2);
 }
 

@@ -192,6 +192,15 @@ TEST(HashTablesTest, MembersAndSlotsLieWhereUsersExpectThem)
     EXPECT_EQ(seen.slots[100][2], 1);
 }
 
+TEST(HashTablesTest, StayEmptyWhenTheirArrayCannotBe)
+{
+    CHashMap<int, int, int> map(0x90000000u);
+    map.Minimize();
+    EXPECT_EQ(map.Insert(1, 1), 0);
+    map.Free();
+    EXPECT_EQ(map.Insert(1, 1), 1);
+}
+
 TEST(HashTablesTest, CopiesCarryEveryFieldAndAreIndependent)
 {
     CHashTable<CString> names(200); // initial size 211
