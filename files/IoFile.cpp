@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <new>
 #include <vector>
 
 namespace {
@@ -67,10 +68,7 @@ int IoFile::OpenFile(const CString& path, int reading)
 {
     if (m_file != nullptr)
         CloseFile();
-    m_textFile = new CStdioFileEx;
-    m_file = m_textFile;
     m_fileName = path;
-    CFileException failure;
     UINT mode = IsBinaryMode() ? CFile::typeBinary : CFile::typeText;
     if (reading != 0) {
         m_flags |= kReading;
@@ -79,25 +77,35 @@ int IoFile::OpenFile(const CString& path, int reading)
         m_flags &= ~kReading;
         mode |= CFile::modeCreate | CFile::modeReadWrite | CFile::shareExclusive;
     }
-    if (!m_textFile->Open(m_fileName, mode, &failure)) {
-        DeleteFiles();
-        ReportError(&failure);
-        return 0;
-    }
     try {
+        m_textFile = new CStdioFileEx;
+        m_file = m_textFile;
+        CFileException failure;
+        if (!m_textFile->Open(m_fileName, mode, &failure))
+            return OpenFailed(failure);
         if (reading != 0 && (m_flags & kMemory) != 0)
             LoadIntoMemory();
-    } catch (CException* unreadable) {
-        DeleteFiles();
-        ReportError(unreadable);
-        unreadable->Delete();
+    } catch (CException* failure) {
+        OpenFailed(*failure);
+        failure->Delete();
         return 0;
+    } catch (const std::bad_alloc&) {
+        CMemoryException failure(FALSE);
+        return OpenFailed(failure);
     }
     if (HasMainWindow() && (m_flags & kSilent) == 0) {
         AfxGetApp()->BeginWaitCursor();
         m_waiting = true;
     }
     return 1;
+}
+
+/// Leaves nothing open, tells the user, and is OpenFile's result.
+int IoFile::OpenFailed(CException& failure)
+{
+    DeleteFiles();
+    ReportError(&failure);
+    return 0;
 }
 
 void IoFile::LoadIntoMemory()

@@ -158,6 +158,7 @@ private:
     int ReadFromFile(void* buffer, unsigned int size);
     void LendAgain();
     int EndOfFile() const;
+    int OpenFailed(CException& failure);
     void LoadIntoMemory();
     void ReleaseMemory();
     CFile& OpenedFile() const;
