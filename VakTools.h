@@ -34,6 +34,8 @@
 #include "core/HashTable.h"
 #include "core/IntMap.h"
 #include "core/NextPrime.h"
+#include "core/RGB32Color.h"
+#include "core/RGBColor.h"
 #include "core/UniqueName.h"
 
 #include "files/CustomMemFile.h"

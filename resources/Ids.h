@@ -3,7 +3,7 @@
 
 /* Identifiers of the library's texts. Read by the compiler and by the resource compiler, so: plain macros.
    Ranges: 1000 paths, 1100 file kinds, 1200 load/save, 1300 dates and sizes, 1400 exceptions,
-   0xF100 the platform's own file prompts. */
+   5260 colours, 0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
 #define IDS_NAME_EMPTY 1000
@@ -90,6 +90,9 @@
 #define IDS_ARCHIVE_BAD_CLASS 1436
 #define IDS_ARCHIVE_BAD_SCHEMA 1437
 #define IDS_ARCHIVE_BUFFER_FULL 1438
+
+/* 5260: colours; the number is part of the interface */
+#define IDS_COLOR_TEXT 5260 /* three arguments: red, green, blue */
 
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200
