@@ -36,6 +36,9 @@
 #include "core/NextPrime.h"
 #include "core/RGB32Color.h"
 #include "core/RGBColor.h"
+#include "core/Tree.h"
+#include "core/TreeNode.h"
+#include "core/TreeTraversal.h"
 #include "core/UniqueName.h"
 
 #include "files/CustomMemFile.h"
