@@ -27,6 +27,8 @@
 
 #include "framework/ui/Dialog.h"
 #include "framework/ui/FileDialog.h"
+#include "framework/ui/Menu.h"
+#include "framework/ui/RichEditCtrl.h"
 #include "framework/ui/Wnd.h"
 
 #include "core/HashKey.h"

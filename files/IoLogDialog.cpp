@@ -92,7 +92,7 @@ BOOL IoLogDialog::OnInitDialog()
     Anchor(IDC_IO_LOG_TEXT, AnchorAll);
     Anchor(IDOK, AnchorRight | AnchorBottom);
     // With the focus on the text the dialog would select all of it.
-    SetFocus(GetDlgItem(IDOK));
+    ::SetFocus(GetDlgItem(IDOK));
     return FALSE;
 }
 

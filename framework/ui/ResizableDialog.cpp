@@ -36,7 +36,7 @@ void ResizableDialog::OnSize(UINT type, int cx, int cy)
             area.bottom += higher;
         if (!(control.edges & AnchorTop))
             area.top += higher;
-        MoveWindow(control.window, area.left, area.top, area.Width(), area.Height(), FALSE);
+        ::MoveWindow(control.window, area.left, area.top, area.Width(), area.Height(), FALSE);
     }
     // All at once: drawn one by one, a control that moves away is wiped by the one that grows into its place.
     RedrawWindow(m_hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);

@@ -1,16 +1,107 @@
 #include "framework/ui/Wnd.h"
 
+#include "framework/base/Exception.h"
+#include "framework/base/SystemModule.h"
+
+#include <utility>
+
 IMPLEMENT_DYNAMIC(CWnd, CObject)
 
 namespace {
 
 constexpr wchar_t kObjectProperty[] = L"VakToolsWindow";
 
+/// The object whose window this thread is making: its first messages come before CreateWindowEx returns.
+thread_local CWnd* t_creating = nullptr;
+
+HINSTANCE LibraryModule()
+{
+    return vak::system::ModuleAt(&CWnd::classCWnd);
+}
+
 } // namespace
+
+/// The procedure of our window classes.
+struct vak::detail::WindowProcedure
+{
+    static LRESULT CALLBACK Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+};
+
+LRESULT CALLBACK vak::detail::WindowProcedure::Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    CWnd* object = CWnd::FromHandlePermanent(window);
+    if (!object && t_creating && t_creating->Attach(window))
+        object = std::exchange(t_creating, nullptr);
+    if (!object)
+        return DefWindowProc(window, message, wParam, lParam);
+    LRESULT result = message == WM_CREATE ? -1 : 0;
+    // The system's message loop lies between here and whoever could catch: nothing may pass.
+    try {
+        if (!object->OnWndMsg(message, wParam, lParam, &result))
+            result = DefWindowProc(window, message, wParam, lParam);
+    } catch (CException* exception) {
+        exception->ReportError();
+        exception->Delete();
+    } catch (...) {
+    }
+    if (message == WM_NCDESTROY)
+        object->Detach();
+    return result;
+}
+
+LPCTSTR AfxRegisterWndClass(UINT classStyle, HCURSOR cursor, HBRUSH background, HICON icon)
+{
+    thread_local CString name;
+    name.Format(L"VakTools:%x:%p:%p:%p", classStyle, cursor, background, icon);
+    WNDCLASSEX known{};
+    known.cbSize = sizeof known;
+    if (GetClassInfoEx(LibraryModule(), name, &known))
+        return name;
+    WNDCLASSEX wanted{};
+    wanted.cbSize = sizeof wanted;
+    wanted.style = classStyle;
+    wanted.lpfnWndProc = &vak::detail::WindowProcedure::Run;
+    wanted.hInstance = LibraryModule();
+    wanted.hCursor = cursor;
+    wanted.hbrBackground = background;
+    wanted.hIcon = icon;
+    wanted.lpszClassName = name;
+    return RegisterClassEx(&wanted) ? name.GetString() : nullptr;
+}
 
 CWnd::~CWnd()
 {
+    if (m_isCreated)
+        DestroyWindow();
     Detach();
+}
+
+BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
+                    CWnd* parent, UINT id)
+{
+    if (m_hWnd || !className)
+        return FALSE;
+    CWnd* const outer = std::exchange(t_creating, this);
+    const HWND window =
+        CreateWindowEx(exStyle, className, windowName, style, rect.left, rect.top, rect.right - rect.left,
+                       rect.bottom - rect.top, parent ? parent->GetSafeHwnd() : nullptr,
+                       reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), LibraryModule(), nullptr);
+    t_creating = outer;
+    // A class of the system has not passed WindowProc, which attaches.
+    m_isCreated = window && (m_hWnd == window || Attach(window));
+    if (window && !m_isCreated)
+        ::DestroyWindow(window);
+    return m_isCreated;
+}
+
+BOOL CWnd::DestroyWindow()
+{
+    // Without the property the window is gone already, and its handle may be another's by now.
+    const bool isThere = FromHandlePermanent(m_hWnd) == this;
+    const BOOL isDestroyed = isThere && ::DestroyWindow(m_hWnd);
+    if (!isThere || isDestroyed)
+        Detach();
+    return isDestroyed;
 }
 
 CWnd* CWnd::FromHandlePermanent(HWND window)
@@ -32,7 +123,13 @@ HWND CWnd::Detach()
     if (window && FromHandlePermanent(window) == this)
         RemovePropW(window, kObjectProperty);
     m_hWnd = nullptr;
+    m_isCreated = false;
     return window;
+}
+
+DWORD CWnd::GetStyle() const
+{
+    return static_cast<DWORD>(GetWindowLongPtr(m_hWnd, GWL_STYLE));
 }
 
 CRect CWnd::GetClientRect() const
@@ -71,20 +168,132 @@ LRESULT CWnd::SendDlgItemMessage(int id, UINT message, WPARAM wParam, LPARAM lPa
     return ::SendDlgItemMessage(m_hWnd, id, message, wParam, lParam);
 }
 
+LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) const
+{
+    return ::SendMessage(m_hWnd, message, wParam, lParam);
+}
+
+BOOL CWnd::ShowWindow(int command)
+{
+    return ::ShowWindow(m_hWnd, command);
+}
+
+void CWnd::MoveWindow(LPCRECT area, BOOL repaint)
+{
+    ::MoveWindow(m_hWnd, area->left, area->top, area->right - area->left, area->bottom - area->top, repaint);
+}
+
+void CWnd::SetFocus()
+{
+    ::SetFocus(m_hWnd);
+}
+
+void CWnd::SetRedraw(BOOL redraw)
+{
+    SendMessage(WM_SETREDRAW, static_cast<WPARAM>(redraw));
+}
+
+UINT_PTR CWnd::SetTimer(UINT_PTR id, UINT milliseconds)
+{
+    return ::SetTimer(m_hWnd, id, milliseconds, nullptr);
+}
+
+BOOL CWnd::KillTimer(UINT_PTR id)
+{
+    return ::KillTimer(m_hWnd, id);
+}
+
+int CWnd::RunModalLoop()
+{
+    m_loopEnded = false;
+    m_loopResult = -1;
+    while (!m_loopEnded && m_hWnd) {
+        MSG message{};
+        const BOOL got = GetMessage(&message, nullptr, 0, 0);
+        if (got == 0)
+            PostQuitMessage(static_cast<int>(message.wParam));
+        if (got <= 0)
+            return -1;
+        if (PreTranslate(&message))
+            continue;
+        TranslateMessage(&message);
+        DispatchMessage(&message);
+    }
+    return m_loopResult;
+}
+
+void CWnd::EndModalLoop(int result)
+{
+    m_loopEnded = true;
+    m_loopResult = result;
+    PostMessage(m_hWnd, WM_NULL, 0, 0);
+}
+
+bool CWnd::PreTranslate(MSG* message)
+{
+    for (HWND window = message->hwnd; window; window = GetParent(window)) {
+        CWnd* const object = FromHandlePermanent(window);
+        if (object && object->PreTranslateMessage(message))
+            return true;
+        if (object == this)
+            return false;
+    }
+    return false;
+}
+
+BOOL CWnd::PreTranslateMessage(MSG*)
+{
+    return FALSE;
+}
+
+BOOL CWnd::IsDialogMessage(MSG* message)
+{
+    return ::IsDialogMessage(m_hWnd, message);
+}
+
 BOOL CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
+{
+    // Hooks send messages to their own window too.
+    const bool outer = std::exchange(m_wantsDefault, false);
+    const bool isHandled = CallHook(message, wParam, lParam, result);
+    return !std::exchange(m_wantsDefault, outer) && isHandled;
+}
+
+bool CWnd::CallHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
 {
     *result = 0;
     switch (message) {
     case WM_COMMAND:
         return OnCommand(LOWORD(wParam), HIWORD(wParam));
+    case WM_NOTIFY:
+        return OnNotify(reinterpret_cast<NMHDR*>(lParam), result);
+    case WM_CREATE:
+        *result = OnCreate(reinterpret_cast<CREATESTRUCT*>(lParam));
+        return true;
+    case WM_DESTROY:
+        OnDestroy();
+        return true;
+    case WM_CLOSE:
+        OnClose();
+        return true;
+    case WM_SETFOCUS:
+        OnSetFocus(reinterpret_cast<HWND>(wParam));
+        return true;
+    case WM_TIMER:
+        OnTimer(wParam);
+        return true;
+    case WM_CONTEXTMENU:
+        OnContextMenu(reinterpret_cast<HWND>(wParam),
+                      CPoint(static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))));
+        return true;
     case WM_SIZE:
         OnSize(static_cast<UINT>(wParam), LOWORD(lParam), HIWORD(lParam));
-        return TRUE;
+        return true;
     case WM_GETMINMAXINFO:
         OnGetMinMaxInfo(reinterpret_cast<MINMAXINFO*>(lParam));
-        return TRUE;
+        return true;
     default:
-        return FALSE;
+        return false;
     }
 }
 
@@ -96,3 +305,38 @@ BOOL CWnd::OnCommand(UINT, UINT)
 void CWnd::OnSize(UINT, int, int) {}
 
 void CWnd::OnGetMinMaxInfo(MINMAXINFO*) {}
+
+int CWnd::OnCreate(CREATESTRUCT*)
+{
+    return 0;
+}
+
+void CWnd::OnDestroy()
+{
+    Default();
+}
+
+void CWnd::OnClose()
+{
+    Default();
+}
+
+void CWnd::OnSetFocus(HWND)
+{
+    Default();
+}
+
+void CWnd::OnTimer(UINT_PTR)
+{
+    Default();
+}
+
+void CWnd::OnContextMenu(HWND, CPoint)
+{
+    Default();
+}
+
+BOOL CWnd::OnNotify(NMHDR*, LRESULT*)
+{
+    return FALSE;
+}

@@ -1,21 +1,41 @@
 #pragma once
 
-/// A window of the platform as an object. Windows only; a window and its object belong to the thread that
-/// made it.
+/// A window of the platform as an object, and the loop that serves it. Windows only; a window and its object
+/// belong to the thread that made it.
 
 #include "framework/base/Geometry.h"
 #include "framework/base/Object.h"
 #include "framework/base/String.h"
 
-/// Holds a window's handle. The object and the handle find each other while they are attached.
+namespace vak::detail {
+struct WindowProcedure;
+}
+
+/// Registers a window class whose messages come to CWnd::OnWndMsg, and returns its name for CWnd::CreateEx;
+/// null when the system refuses. Equal arguments give the same class. The name lies in a buffer of the thread
+/// that the next call overwrites; cursor, brush and icon stay the caller's and outlive the windows.
+VAK_API LPCTSTR AfxRegisterWndClass(UINT classStyle, HCURSOR cursor = nullptr, HBRUSH background = nullptr,
+                                    HICON icon = nullptr);
+
+/// Holds a window's handle. The object and the handle find each other while they are attached. A hook may
+/// destroy the window, not the object.
 class VAK_API CWnd : public CObject
 {
     DECLARE_DYNAMIC(CWnd)
 
 public:
     CWnd() = default;
-    /// Detaches from the window, which stays: whoever made it destroys it.
+    /// Destroys the window that Create or CreateEx made; detaches from any other, which stays.
     ~CWnd() override;
+
+    /// Makes a window and attaches to it; returns 0 when it cannot be made or this object has one. The hooks
+    /// below get its messages when AfxRegisterWndClass gave the class; a class of the system keeps its own
+    /// procedure. `rect` in pixels of the parent's client area, or of the screen for windows that are no
+    /// children; `parent` (not owned) may be null for those, and `id` is then 0.
+    BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
+                  CWnd* parent, UINT id);
+    /// Destroys the window with its children; returns 0 when there is none (any more).
+    BOOL DestroyWindow();
 
     /// The object attached to the window, or null.
     static CWnd* FromHandlePermanent(HWND window);
@@ -26,6 +46,7 @@ public:
     HWND Detach();
 
     HWND GetSafeHwnd() const { return m_hWnd; }
+    DWORD GetStyle() const;
     CRect GetClientRect() const;
     CString GetWindowText() const;
     void SetWindowText(LPCTSTR text);
@@ -33,6 +54,27 @@ public:
     HWND GetDlgItem(int id) const;
     void SetDlgItemText(int id, LPCTSTR text);
     LRESULT SendDlgItemMessage(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+
+    /// Returns whether the window was visible before; `command` is SW_SHOW, SW_HIDE, ...
+    BOOL ShowWindow(int command);
+    void MoveWindow(LPCRECT area, BOOL repaint = TRUE);
+    void SetFocus();
+    /// Stops or resumes drawing; who resumes it invalidates what changed meanwhile.
+    void SetRedraw(BOOL redraw = TRUE);
+    /// Has OnTimer called every `milliseconds`; returns 0 when the system has no timer left.
+    UINT_PTR SetTimer(UINT_PTR id, UINT milliseconds);
+    BOOL KillTimer(UINT_PTR id);
+
+    /// Serves this thread's messages until EndModalLoop or the end of the window, and returns what
+    /// EndModalLoop was given, else -1. A request to quit goes on to the loop outside.
+    int RunModalLoop();
+    void EndModalLoop(int result);
+    /// Sees a message before it is dispatched: first the object of the window that it is for, then those of
+    /// its parents up to the one whose loop runs. Non-zero when that settled it.
+    virtual BOOL PreTranslateMessage(MSG* message);
+    /// Lets the dialog keys (tab, arrows, return, escape) work in this window; for PreTranslateMessage.
+    BOOL IsDialogMessage(MSG* message);
 
     HWND m_hWnd = nullptr;
 
@@ -46,4 +88,31 @@ protected:
     virtual void OnSize(UINT type, int cx, int cy);
     /// The system asks how small and how large the window may become, in pixels.
     virtual void OnGetMinMaxInfo(MINMAXINFO* info);
+    /// The window is being made and is not shown yet; -1 gives it up.
+    virtual int OnCreate(CREATESTRUCT* create);
+    /// The window, still with its children, is about to go.
+    virtual void OnDestroy();
+    /// The close box or its key. By default the window is destroyed; a dialog is cancelled.
+    virtual void OnClose();
+    virtual void OnSetFocus(HWND previous);
+    virtual void OnTimer(UINT_PTR id);
+    /// The menu of `window`, this one or one inside it, is asked for at `point` on the screen, (-1, -1) when
+    /// by the keyboard. By default the parent is asked.
+    virtual void OnContextMenu(HWND window, CPoint point);
+    /// A control's message with data, which begins with NMHDR; non-zero with `result` set when handled.
+    virtual BOOL OnNotify(NMHDR* header, LRESULT* result);
+
+    /// Called by a hook: once the hook has returned, the message gets its default treatment after all.
+    void Default() { m_wantsDefault = true; }
+
+private:
+    friend struct vak::detail::WindowProcedure;
+
+    bool CallHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
+    bool PreTranslate(MSG* message);
+
+    bool m_isCreated = false;
+    bool m_wantsDefault = false;
+    bool m_loopEnded = false;
+    int m_loopResult = -1;
 };

@@ -1,0 +1,64 @@
+#include "framework/ui/Menu.h"
+
+#include "framework/ui/Wnd.h"
+
+#include <utility>
+
+IMPLEMENT_DYNAMIC(CMenu, CObject)
+
+CMenu::~CMenu()
+{
+    DestroyMenu();
+}
+
+BOOL CMenu::CreatePopupMenu()
+{
+    return !m_hMenu && Attach(::CreatePopupMenu());
+}
+
+BOOL CMenu::DestroyMenu()
+{
+    const HMENU menu = Detach();
+    return menu && ::DestroyMenu(menu);
+}
+
+BOOL CMenu::Attach(HMENU menu)
+{
+    if (!menu || m_hMenu)
+        return FALSE;
+    m_hMenu = menu;
+    return TRUE;
+}
+
+HMENU CMenu::Detach()
+{
+    return std::exchange(m_hMenu, nullptr);
+}
+
+BOOL CMenu::AppendMenu(UINT flags, UINT_PTR item, LPCTSTR text)
+{
+    return ::AppendMenu(m_hMenu, flags, item, text);
+}
+
+int CMenu::GetMenuItemCount() const
+{
+    return ::GetMenuItemCount(m_hMenu);
+}
+
+int CMenu::GetMenuString(UINT item, CString& text, UINT flags) const
+{
+    const int length = ::GetMenuString(m_hMenu, item, nullptr, 0, flags);
+    const int copied = ::GetMenuString(m_hMenu, item, text.GetBuffer(length), length + 1, flags);
+    text.ReleaseBuffer(copied);
+    return copied;
+}
+
+HMENU CMenu::GetSubMenu(int position) const
+{
+    return ::GetSubMenu(m_hMenu, position);
+}
+
+BOOL CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner)
+{
+    return ::TrackPopupMenu(m_hMenu, flags, x, y, 0, owner ? owner->GetSafeHwnd() : nullptr, nullptr);
+}

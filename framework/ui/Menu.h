@@ -1,0 +1,43 @@
+#pragma once
+
+/// A popup menu. Windows only; a menu and its object belong to the thread that made it.
+
+#include "framework/base/Object.h"
+#include "framework/base/String.h"
+
+class CWnd;
+
+/// Owns a menu handle, with the menus inside it.
+class VAK_API CMenu : public CObject
+{
+    DECLARE_DYNAMIC(CMenu)
+
+public:
+    CMenu() = default;
+    /// Destroys the menu.
+    ~CMenu() override;
+
+    BOOL CreatePopupMenu();
+    BOOL DestroyMenu();
+    /// Takes over `menu`; returns 0 when it is null or this object has one.
+    BOOL Attach(HMENU menu);
+    /// Lets go of the menu and returns it.
+    HMENU Detach();
+    HMENU GetSafeHmenu() const { return m_hMenu; }
+
+    /// Adds an item at the end: `flags` MF_STRING with a command and its text, MF_SEPARATOR, or MF_POPUP with
+    /// a menu handle, which this menu then owns. A single '&' of the text underlines the next character.
+    BOOL AppendMenu(UINT flags, UINT_PTR item = 0, LPCTSTR text = nullptr);
+    /// -1 when there is no menu.
+    int GetMenuItemCount() const;
+    /// Puts the text of an item, a position or a command by `flags`, into `text` and returns its length.
+    int GetMenuString(UINT item, CString& text, UINT flags) const;
+    /// The menu inside the item at `position`, which stays this menu's; null when that is none.
+    HMENU GetSubMenu(int position) const;
+
+    /// Shows the menu at that point of the screen until an item is chosen or the user gives up. With
+    /// TPM_RETURNCMD the result is the command chosen, 0 for none. `owner` is a window of this thread.
+    BOOL TrackPopupMenu(UINT flags, int x, int y, CWnd* owner);
+
+    HMENU m_hMenu = nullptr;
+};
