@@ -66,3 +66,7 @@
 #include "files/StdioFileEx.h"
 #include "files/SwitchLocale.h"
 #include "files/Wildcards.h"
+
+#include "tags/TagData.h"
+#include "tags/TagInfo.h"
+#include "tags/TagValue.h"

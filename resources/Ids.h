@@ -3,7 +3,7 @@
 
 /* Identifiers of the library's texts. Read by the compiler and by the resource compiler, so: plain macros.
    Ranges: 1000 paths, 1100 file kinds, 1200 load/save, 1300 dates and sizes, 1400 exceptions,
-   5260 colours, 0xF100 the platform's own file prompts. */
+   1500 tags, 5260 colours, 5282 and 5302 truth values, 0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
 #define IDS_NAME_EMPTY 1000
@@ -93,6 +93,12 @@
 
 /* 5260: colours; the number is part of the interface */
 #define IDS_COLOR_TEXT 5260 /* three arguments: red, green, blue */
+
+/* 1500: tags */
+#define IDS_TAG_PARAMETER 1500 /* the friendly names of the parameters, in their table's order */
+#define IDS_TAG_EXAMPLE 1520   /* and their examples; some parameters have none */
+#define IDS_FALSE 5282
+#define IDS_TRUE 5302
 
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200

@@ -2,6 +2,7 @@
 
 #include "framework/base/Application.h"
 #include "framework/base/SystemMessage.h"
+#include "framework/base/SystemModule.h"
 
 #include <atomic>
 #include <initializer_list>
@@ -18,6 +19,22 @@ LANGID DefaultVariant(LANGID language)
     return LANGID((language & 0x3FF) | 0x400);
 }
 
+bool LoadOwnText(CString& out, UINT id, LANGID wanted)
+{
+    for (const LANGID language : {wanted, DefaultVariant(wanted), kDefaultTextLanguage}) {
+        if (system::LoadModuleText(out, nullptr, id, language))
+            return true;
+    }
+    return false;
+}
+
+/// No module has no texts.
+bool LoadTextOf(CString& out, HMODULE module, UINT id, LANGID wanted)
+{
+    return module != nullptr &&
+           (system::LoadModuleText(out, module, id, wanted) || system::LoadModuleText(out, module, id));
+}
+
 } // namespace
 
 bool LoadText(CString& out, UINT id)
@@ -27,13 +44,15 @@ bool LoadText(CString& out, UINT id)
 
 bool LoadText(CString& out, UINT id, LANGID wanted)
 {
-    for (const LANGID language : {wanted, DefaultVariant(wanted), kDefaultTextLanguage}) {
-        if (system::LoadModuleText(out, nullptr, id, language))
-            return true;
-    }
-    const HINSTANCE host = AfxGetResourceHandle();
-    return host != nullptr &&
-           (system::LoadModuleText(out, host, id, wanted) || system::LoadModuleText(out, host, id));
+    return LoadOwnText(out, id, wanted) || LoadTextOf(out, AfxGetResourceHandle(), id, wanted);
+}
+
+bool LoadTextNear(CString& out, UINT id, const void* address)
+{
+    const LANGID wanted = currentLanguage;
+    const HMODULE caller = address == nullptr ? nullptr : system::ModuleAt(address);
+    return LoadOwnText(out, id, wanted) || LoadTextOf(out, caller, id, wanted) ||
+           LoadTextOf(out, AfxGetResourceHandle(), id, wanted);
 }
 
 void SetTextLanguage(LANGID language)

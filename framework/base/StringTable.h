@@ -16,6 +16,10 @@ constexpr LANGID kDefaultTextLanguage = 1036;
 VAK_API bool LoadText(CString& out, UINT id);
 /// The same for `wanted` in place of the current language.
 VAK_API bool LoadText(CString& out, UINT id, LANGID wanted);
+/// As the first, for a text that a caller of the library named by number: between the library's own texts and
+/// those of the named module it asks the module that `address`, of a function of the caller, lies in. A null
+/// address, or one in no module, is left out.
+VAK_API bool LoadTextNear(CString& out, UINT id, const void* address);
 
 /// The language of the texts, process-wide; any thread may set it.
 VAK_API void SetTextLanguage(LANGID language);

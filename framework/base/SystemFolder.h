@@ -45,6 +45,10 @@ VAK_INTERNAL_API bool IsProgramImage(const CString& path);
 /// shell.
 VAK_INTERNAL_API bool ReadShortcutTarget(const CString& shortcut, CString& target);
 
+/// What the shell calls files of an extension (with its dot, or empty), or folders ("jpg file"). The disk is
+/// not asked. Natively there are no registered names: always the extension in front of " file".
+VAK_INTERNAL_API CString FileTypeName(const CString& extension, bool isFolder);
+
 /// Shortens a path of more than `width` UTF-16 units to that many, by leaving out folders and, when that is
 /// not enough, the end of the name.
 VAK_INTERNAL_API CString CompactPath(const CString& path, int width);

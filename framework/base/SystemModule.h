@@ -1,6 +1,7 @@
 #pragma once
 
-/// What the library asks of the system about dynamic libraries.
+/// What the library asks of the system about dynamic libraries. Natively there are none: every address is in
+/// no module, and the other functions do not exist.
 
 #include "framework/base/String.h"
 

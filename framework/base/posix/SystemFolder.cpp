@@ -173,6 +173,13 @@ bool ReadShortcutTarget(const CString&, CString&)
     return false;
 }
 
+CString FileTypeName(const CString& extension, bool isFolder)
+{
+    if (isFolder)
+        return L"File folder";
+    return extension.IsEmpty() ? CString(L"File") : extension.Mid(1) + L" file";
+}
+
 CString CompactPath(const CString& path, int width)
 {
     return detail::CompactPathText(path, width);

@@ -3,6 +3,7 @@
 #include "framework/base/detail/CompactPath.h"
 #include "framework/base/win32/NetworkEntries.h"
 
+#include <shellapi.h>
 #include <shlobj.h>
 #include <shlwapi.h>
 
@@ -188,6 +189,16 @@ bool IsProgramImage(const CString& path)
 {
     DWORD kind = 0;
     return GetBinaryTypeW(path, &kind) != 0;
+}
+
+CString FileTypeName(const CString& extension, bool isFolder)
+{
+    // No more than the shell's buffers hold; no kind of file has so long an extension.
+    const CString name = L"a" + (extension.GetLength() < MAX_PATH - 1 ? extension : CString());
+    const DWORD attributes = isFolder ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL;
+    SHFILEINFOW info{};
+    SHGetFileInfoW(name, attributes, &info, sizeof info, SHGFI_TYPENAME | SHGFI_USEFILEATTRIBUTES);
+    return info.szTypeName;
 }
 
 CString CompactPath(const CString& path, int width)
