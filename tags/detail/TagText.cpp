@@ -1,0 +1,119 @@
+#include "tags/detail/TagText.h"
+
+#include "framework/base/SystemText.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+namespace vak::detail {
+
+namespace {
+
+constexpr std::uint64_t kEachUnit = 0x0001000100010001;
+
+/// Units below 0x80 in lower case.
+constexpr std::array<wchar_t, 0x80> kAsciiLower = [] {
+    std::array<wchar_t, 0x80> lower{};
+    for (wchar_t unit = 0; unit < 0x80; ++unit)
+        lower[unit] = unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + 0x20) : unit;
+    return lower;
+}();
+
+wchar_t Lower(wchar_t unit)
+{
+    return unit < kAsciiLower.size() ? kAsciiLower[unit] : system::ToLower(unit);
+}
+
+/// Of four units, the high bit of those that are "<"; behind the first of them others may be marked as well.
+std::uint64_t MarkStarts(const wchar_t* units)
+{
+    std::uint64_t word;
+    std::memcpy(&word, units, sizeof word);
+    word ^= kEachUnit * L'<';
+    return (word - kEachUnit) & ~word & (kEachUnit << 15);
+}
+
+} // namespace
+
+const wchar_t* FindTagStart(const wchar_t* first, const wchar_t* end)
+{
+    static_assert(std::endian::native == std::endian::little, "the first unit is the lowest of a word");
+    for (; end - first >= 4; first += 4) {
+        const std::uint64_t starts = MarkStarts(first);
+        if (starts != 0)
+            return first + (std::countr_zero(starts) >> 4);
+    }
+    while (first != end && *first != L'<')
+        ++first;
+    return first;
+}
+
+const wchar_t* FindTagBracket(const wchar_t* first, const wchar_t* end)
+{
+    return std::find_if(first, end, [](wchar_t unit) { return unit == L'<' || unit == L'>'; });
+}
+
+std::size_t ReadTagName(const wchar_t* tag, std::size_t length, std::size_t longest, CString& name)
+{
+    const auto room = static_cast<int>(std::min(length, longest) + 1);
+    wchar_t* const out = name.GetBufferSetLength(room);
+    std::size_t count = 0;
+    std::size_t at = 0;
+    for (; at < length && tag[at] != L'('; ++at) {
+        if (tag[at] == kTagBlank)
+            continue;
+        if (count == longest)
+            return kTagTooLong;
+        out[count++] = Lower(tag[at]);
+    }
+    if (at < length) {
+        if (count == longest)
+            return kTagTooLong;
+        out[count++] = L'>';
+    }
+    name.ReleaseBuffer(static_cast<int>(count));
+    return at;
+}
+
+void ReadTagParameters(const wchar_t* text, std::size_t length, CString& parameters)
+{
+    wchar_t* const out = parameters.GetBufferSetLength(static_cast<int>(length));
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < length && text[at] != L'>'; ++at) {
+        if (text[at] != kTagBlank)
+            out[count++] = Lower(text[at]);
+    }
+    parameters.ReleaseBuffer(static_cast<int>(count));
+}
+
+void SplitTag(const CString& tag, CString& name, CString& parameters)
+{
+    const auto length = static_cast<std::size_t>(tag.GetLength());
+    const std::size_t nameEnd = ReadTagName(tag, length, length + 1, name);
+    ReadTagParameters(tag.GetString() + nameEnd, length - nameEnd, parameters);
+}
+
+CString LastTagParameter(const CString& parameters)
+{
+    const wchar_t* const text = parameters;
+    const wchar_t* first = text;
+    const wchar_t* end = text + parameters.GetLength();
+    const wchar_t* lastFirst = end;
+    const wchar_t* lastEnd = end;
+    for (;;) {
+        first = std::find(first, end, L'(');
+        while (end != first && end[-1] != L')')
+            --end;
+        if (first == end)
+            break;
+        lastFirst = ++first;
+        lastEnd = --end;
+    }
+    lastEnd = std::find(lastFirst, lastEnd, L'(');
+    return CString(lastFirst, static_cast<int>(lastEnd - lastFirst));
+}
+
+} // namespace vak::detail
