@@ -100,6 +100,11 @@
 #define IDS_FALSE 5282
 #define IDS_TRUE 5302
 
+/* 1560: conditional tags */
+#define IDS_TAG_CONDITIONALS 1560 /* their class */
+#define IDS_TAG_IF_EXIST 1561
+#define IDS_TAG_END_IF_EXIST 1562
+
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200
 #define IDC_IO_LOG_ICON 201
