@@ -70,3 +70,4 @@
 #include "tags/TagData.h"
 #include "tags/TagInfo.h"
 #include "tags/TagValue.h"
+#include "tags/Tags.h"
