@@ -43,6 +43,7 @@
 #include "core/TreeTraversal.h"
 #include "core/UniqueName.h"
 
+#include "files/BatchInfo.h"
 #include "files/CustomMemFile.h"
 #include "files/DirectoryStack.h"
 #include "files/ExLCString.h"

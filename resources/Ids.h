@@ -3,7 +3,7 @@
 
 /* Identifiers of the library's texts. Read by the compiler and by the resource compiler, so: plain macros.
    Ranges: 1000 paths, 1100 file kinds, 1200 load/save, 1300 dates and sizes, 1400 exceptions,
-   1500 tags, 5260 colours, 5282 and 5302 truth values, 0xF100 the platform's own file prompts. */
+   1500 tags, 1600 batches, 5260 colours, 5282 and 5302 truth values, 0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
 #define IDS_NAME_EMPTY 1000
@@ -104,6 +104,18 @@
 #define IDS_TAG_CONDITIONALS 1560 /* their class */
 #define IDS_TAG_IF_EXIST 1561
 #define IDS_TAG_END_IF_EXIST 1562
+
+/* 1600: batches */
+#define IDS_BATCH_RESULTS 1600 /* the destination entry that a batch begins with */
+#define IDS_BATCH_WANTS_RELATIVE 1601
+#define IDS_BATCH_WANTS_FOLDER 1602
+/* where the files are created; one argument each, the folder or the entry, and the source folder as the second */
+#define IDS_BATCH_IN_FOLDER 1610
+#define IDS_BATCH_BESIDE_SOURCES 1611 /* no argument */
+#define IDS_BATCH_IN_FOLDER_TREE 1612
+#define IDS_BATCH_IN_SUBFOLDER_OF 1613      /* two arguments */
+#define IDS_BATCH_IN_SUBFOLDERS_OF_TREE 1614 /* two arguments */
+#define IDS_BATCH_IN_SUBFOLDERS 1615
 
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200
