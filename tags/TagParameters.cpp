@@ -8,6 +8,7 @@
 #include "framework/base/SystemFolder.h"
 #include "framework/base/Time.h"
 #include "framework/base/detail/PathText.h"
+#include "tags/detail/ParameterChain.h"
 #include "tags/detail/TagParameterTable.h"
 
 #include <algorithm>
@@ -102,6 +103,14 @@ CString KindOfFile(const CString& path)
 }
 
 } // namespace
+
+void CTagValue::ApplyParameters(const CString& parameters)
+{
+    vak::detail::ParameterChain chain(parameters);
+    CString name;
+    while (chain.Next(name) && vak::detail::FindTagParameter(name) != nullptr)
+        m_kind = vak::TagKind(HandleParameters(name));
+}
 
 _TAGDATA_INFO CTagValue::HandleParameters(const CString& parameter)
 {

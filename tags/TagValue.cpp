@@ -3,32 +3,15 @@
 #include "core/CustomData.h"
 #include "framework/base/StringArray.h"
 #include "framework/base/Time.h"
+#include "tags/detail/TagBuffer.h"
 
-#include <new>
+using vak::detail::Held;
+using vak::detail::Made;
 
 namespace {
 
 /// The item of a value's store that holds a block of bytes.
 constexpr unsigned int kBlockItem = 583;
-
-/// The buffer of `place`, made if need be.
-template <class Buffer>
-Buffer& Made(std::unique_ptr<Buffer>& place)
-{
-    if (!place)
-        place.reset(new (std::nothrow) Buffer);
-    if (!place)
-        vak::detail::ThrowMemory();
-    return *place;
-}
-
-/// What `place` holds, or an empty one that all values share.
-template <class Buffer>
-const Buffer& Held(const std::unique_ptr<Buffer>& place)
-{
-    static const Buffer empty;
-    return place ? *place : empty;
-}
 
 template <class Buffer>
 void CopyBuffer(std::unique_ptr<Buffer>& to, const std::unique_ptr<Buffer>& from)

@@ -142,6 +142,17 @@ protected:
     float m_float = 0;
 
 private:
+    void ApplyParameters(const CString& parameters);
+    bool ConvertTo(_TAGDATA_INFO wanted);
+    bool ConvertText(_TAGDATA_INFO wanted);
+    bool ConvertToText();
+    bool ConvertUInt(_TAGDATA_INFO wanted);
+    bool ConvertFloat(_TAGDATA_INFO wanted);
+    bool ReadItem(const CCustomData& data, unsigned int id, _TAGDATA_INFO kind);
+    bool ReadBlock(const CCustomData& data, unsigned int id);
+    bool ReadStore(const CCustomData& data, unsigned int id);
+    int WriteBlock(CCustomData& data, unsigned int id) const;
+    int WriteStore(CCustomData& data, unsigned int id) const;
     _TAGDATA_INFO HandleFileParameter(const CString& parameter);
     _TAGDATA_INFO TakeFileSize(const CString& path);
     _TAGDATA_INFO TakeFileDate(const CString& path, int (*read)(const CString& path, CTime& date));
