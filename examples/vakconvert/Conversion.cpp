@@ -15,13 +15,6 @@
 
 namespace {
 
-/// What a file of either family holds.
-struct Content
-{
-    Mesh mesh;
-    Image image;
-};
-
 template <typename Parser, typename Data>
 IO_FILE_RESULT Work(CFileIo& io, Data& data)
 {
@@ -40,9 +33,8 @@ CString Run(CFileIo& io, Content& content)
     if (io.InitParser() == nullptr)
         return io.GetIoErrorTxt();
     try {
-        const IO_FILE_RESULT result = (io.GetKindOf() & kIoPlugin3D) != 0
-                                          ? Work<CMeshParser>(io, content.mesh)
-                                          : Work<CImageParser>(io, content.image);
+        const IO_FILE_RESULT result =
+            content.isMesh ? Work<CMeshParser>(io, content.mesh) : Work<CImageParser>(io, content.image);
         io.SetIoError(result);
         return result == IO_FILE_SUCCESS ? CString() : io.GetIoErrorTxt();
     } catch (CException* failure) {
@@ -65,10 +57,10 @@ CString Counted(std::size_t count, const wchar_t* one, const wchar_t* many)
     return text;
 }
 
-CString Describe(const Content& content, bool isMesh)
+CString Describe(const Content& content)
 {
     CString text;
-    if (!isMesh) {
+    if (!content.isMesh) {
         if (!content.image.IsConsistent())
             return L"no picture";
         static constexpr const wchar_t* kChannels[] = {L"grey", L"grey+alpha", L"RGB", L"RGBA"};
@@ -85,22 +77,25 @@ CString Describe(const Content& content, bool isMesh)
     return text;
 }
 
-void ConvertInto(const Source& source, const Target& target, const CString& destination, bool overwrite,
+void ConvertInto(const Source& source, const Target& target, const CString& destination, ResultNames& names,
                  Outcome& outcome)
 {
     Content content;
     CFileIo input(CFileNameSpec(source.path, 0), FILE_PARSER_LOADING | FILE_PARSER_SILENT, nullptr);
+    content.isMesh = (input.GetKindOf() & kIoPlugin3D) != 0;
     outcome.failure = Run(input, content);
     if (!outcome.failure.IsEmpty())
         return;
-    outcome.contents = Describe(content, (input.GetKindOf() & kIoPlugin3D) != 0);
+    outcome.contents = Describe(content);
 
     WorkFolder work(destination);
     if (!work.IsReady()) {
         outcome.failure = L"nothing can be written in " + destination;
         return;
     }
-    const CString name = ResultName(source.path, target);
+    const CString wanted = destination + ResultStem(source, content) + target.extension;
+    const CString result = names.FreePath(wanted, source.path);
+    const CString name = result.Mid(destination.GetLength());
     CFileIo output(CFileNameSpec(work.Path() + name, target.fileClass),
                    FILE_PARSER_SILENT | FILE_PARSER_NO_PREFERENCES, nullptr);
     output.GetCustomData() = target.parameters;
@@ -108,24 +103,21 @@ void ConvertInto(const Source& source, const Target& target, const CString& dest
     if (!outcome.failure.IsEmpty())
         return;
     output.CloseParser();
-    outcome.bytes = work.MoveOut(name, overwrite, outcome.failure);
-    if (outcome.failure.IsEmpty())
-        outcome.result = destination + name;
+    outcome.bytes = work.MoveOut(name, names.MayReplace(), outcome.failure);
+    if (!outcome.failure.IsEmpty())
+        return;
+    names.Take(result);
+    outcome.result = result;
 }
 
 } // namespace
 
-CString ResultName(const CString& source, const Target& target)
-{
-    return fileStripPath(source, 1) + target.extension;
-}
-
-Outcome Convert(const Source& source, const Target& target, const CString& destination, bool overwrite)
+Outcome Convert(const Source& source, const Target& target, const CString& destination, ResultNames& names)
 {
     const auto start = std::chrono::steady_clock::now();
     Outcome outcome;
     outcome.source = source.folder + fileStripPath(source.path);
-    ConvertInto(source, target, destination, overwrite, outcome);
+    ConvertInto(source, target, destination, names, outcome);
     outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return outcome;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Sources.h"
 #include "examples/vakconvert/Target.h"
 
@@ -15,9 +16,6 @@ struct Outcome
 };
 
 /// Converts one file into the folder `destination` (slash-terminated). The result is made in a folder of its
-/// own beside it and moved into place whole, with the files that belong to it; an existing file is replaced
-/// only with `overwrite`.
-Outcome Convert(const Source& source, const Target& target, const CString& destination, bool overwrite);
-
-/// The name of the file that a conversion makes.
-CString ResultName(const CString& source, const Target& target);
+/// own beside it and moved into place whole, with the files that belong to it, under a name that `names` has
+/// free.
+Outcome Convert(const Source& source, const Target& target, const CString& destination, ResultNames& names);

@@ -1,10 +1,10 @@
-#include "core/HashTable.h"
+#include "examples/vakconvert/Batch.h"
 #include "examples/vakconvert/Console.h"
 #include "examples/vakconvert/Conversion.h"
 #include "examples/vakconvert/Listing.h"
+#include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Settings.h"
 #include "files/FileIo.h"
-#include "files/FileKinds.h"
 #include "files/FilePath.h"
 #include "files/FileText.h"
 #include "files/IoPlugins.h"
@@ -37,15 +37,12 @@ constexpr LANGID kEnglish = 1033;
 constexpr int kFailed = 1;
 constexpr int kWrongCall = 2;
 
-const Target* TargetOf(const Source& source, const std::vector<Target>& targets)
+/// How many files were found and not converted.
+struct PassedOver
 {
-    const unsigned int family = fileGetKindOf(source.path);
-    for (const Target& target : targets) {
-        if ((target.family & family) != 0)
-            return &target;
-    }
-    return nullptr;
-}
+    std::size_t others = 0; ///< of kinds that no target takes
+    std::size_t results = 0;
+};
 
 std::vector<CString> RowOf(const Outcome& outcome)
 {
@@ -59,7 +56,7 @@ std::vector<CString> RowOf(const Outcome& outcome)
             failed ? L"failed: " + failure : L"-> " + fileStripPath(outcome.result)};
 }
 
-int Summarise(const Console& console, const std::vector<Outcome>& outcomes, std::size_t passedOver)
+int Summarise(const Console& console, const std::vector<Outcome>& outcomes, const PassedOver& passedOver)
 {
     std::vector<std::vector<CString>> rows{{L"File", L"Holds", L"Written", L"Time", L"Result"}};
     for (const Outcome& outcome : outcomes)
@@ -70,60 +67,57 @@ int Summarise(const Console& console, const std::vector<Outcome>& outcomes, std:
     CString line;
     line.Format(L"\n%d converted, %d failed", static_cast<int>(outcomes.size()) - static_cast<int>(failed),
                 static_cast<int>(failed));
-    if (passedOver > 0)
-        line.AppendFormat(L", %d passed over: no target for their kind", static_cast<int>(passedOver));
+    if (passedOver.others > 0)
+        line.AppendFormat(L", %d passed over: no target for their kind", static_cast<int>(passedOver.others));
+    if (passedOver.results > 0)
+        line.AppendFormat(L", %d passed over: results of an earlier run",
+                          static_cast<int>(passedOver.results));
     console.Print(line + L"\n");
     return failed == 0 ? 0 : kFailed;
 }
 
-/// `made` holds the results of this run, lower-case: a later source never replaces an earlier one's result.
-Outcome ConvertOne(const Source& source, const Target* target, const Settings& settings,
-                   CHashTable<CString>& made)
+Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, ResultNames& names)
 {
     Outcome outcome;
     outcome.source = source.folder + fileStripPath(source.path);
-    if (target == nullptr) {
+    const CString destination = batch.FolderFor(source);
+    if (target == nullptr)
         outcome.failure = L"no target for its kind";
-        return outcome;
-    }
-    const CString destination =
-        settings.destination.IsEmpty() ? fileStripName(source.path) : settings.destination + source.folder;
-    CString result = destination + ResultName(source.path, *target);
-    result.MakeLower();
-    if (made.IsFound(result)) {
-        outcome.failure = ResultName(source.path, *target) + L" is already the result of another source";
-        return outcome;
-    }
-    outcome = Convert(source, *target, destination, settings.overwrite);
-    if (outcome.failure.IsEmpty())
-        made.Insert(result);
+    else if (destination.IsEmpty())
+        outcome.failure = L"the path of its result would be too long";
+    else
+        outcome = Convert(source, *target, destination, names);
     return outcome;
 }
 
 int ConvertAll(const Console& console, const Settings& settings)
 {
     std::vector<Target> targets;
-    const CString problem = PrepareTargets(settings, targets);
+    Batch batch(settings);
+    CString problem = batch.Problem();
+    if (problem.IsEmpty())
+        problem = PrepareTargets(settings, targets);
     if (!problem.IsEmpty()) {
         console.PrintError(L"vakconvert: " + problem + L"\n");
         return kWrongCall;
     }
     std::vector<CString> problems;
-    const std::vector<Source> sources = FindSources(settings, problems);
+    std::vector<Source> sources = FindSources(settings, batch, problems);
     for (const CString& text : problems)
         console.PrintError(L"vakconvert: " + text + L"\n");
 
+    PassedOver passedOver;
+    passedOver.results = PassOverResults(sources, targets, batch, settings.overwrite);
     std::vector<Outcome> outcomes;
-    std::size_t passedOver = 0;
-    CHashTable<CString> made;
+    ResultNames names(sources, settings.overwrite);
     for (std::size_t i = 0; i < sources.size(); ++i) {
         const Source& source = sources[i];
         console.ShowProgress(i, sources.size(), source.path);
         const Target* target = TargetOf(source, targets);
         if (target == nullptr && !source.named)
-            ++passedOver;
+            ++passedOver.others;
         else
-            outcomes.push_back(ConvertOne(source, target, settings, made));
+            outcomes.push_back(ConvertOne(source, target, batch, names));
     }
     console.EndProgress();
     const int result = outcomes.empty() ? 0 : Summarise(console, outcomes, passedOver);

@@ -13,9 +13,15 @@ struct Switch
 };
 
 constexpr Switch kSwitches[] = {
-    {L"--recurse", L"-r", &Settings::recurse},        {L"--overwrite", L"-y", &Settings::overwrite},
-    {L"--save-options", L"", &Settings::saveOptions}, {L"--list-kinds", L"", &Settings::listKinds},
-    {L"--list-plugins", L"", &Settings::listPlugins}, {L"--help", L"-h", &Settings::help},
+    {L"--recurse", L"-r", &Settings::recurse},
+    {L"--overwrite", L"-y", &Settings::overwrite},
+    {L"--recreate-tree", L"", &Settings::recreateTree},
+    {L"--flat", L"", &Settings::flat},
+    {L"--beside", L"", &Settings::beside},
+    {L"--save-options", L"", &Settings::saveOptions},
+    {L"--list-kinds", L"", &Settings::listKinds},
+    {L"--list-plugins", L"", &Settings::listPlugins},
+    {L"--help", L"-h", &Settings::help},
 };
 
 bool TakeSwitch(const CString& argument, Settings& settings)
@@ -36,6 +42,22 @@ CString FullPath(CString path)
     return fileMakeAbsolutePath(fileGetCurrentDirectory(), path);
 }
 
+/// A name below any folder; empty when the text is none. The system drops dots and blanks from the ends of
+/// names: such a folder would not be known again.
+CString SubfolderName(CString text)
+{
+    text.Replace(L'/', L'\\');
+    CString name = fileMakeAbsolutePath(CString(), text);
+    fileRemoveSlashTermination(name);
+    int at = 0;
+    for (CString part = name.Tokenize(L"\\", at); at >= 0; part = name.Tokenize(L"\\", at)) {
+        if (CString(L". ").Find(part[part.GetLength() - 1]) >= 0)
+            return {};
+    }
+    const bool isBelow = name.Left(1) != L"\\" && name.Find(L"\\\\") < 0 && name.Find(L':') < 0;
+    return isBelow ? name : CString();
+}
+
 /// Takes an argument that has a value; false when `name` is none of these. `problem` tells of a bad value.
 bool TakeValue(const CString& name, const CString& value, Settings& settings, CString& problem)
 {
@@ -52,6 +74,12 @@ bool TakeValue(const CString& name, const CString& value, Settings& settings, CS
         fileSlashTerminate(settings.destination);
         return true;
     }
+    if (name == L"--subfolder" || name == L"-s") {
+        settings.subfolder = SubfolderName(value);
+        if (settings.subfolder.IsEmpty())
+            problem.Format(L"\"%s\" is no subfolder", value.GetString());
+        return true;
+    }
     if (name == L"--preferences") {
         settings.preferences = FullPath(value);
         return true;
@@ -66,13 +94,30 @@ bool TakeValue(const CString& name, const CString& value, Settings& settings, CS
     return true;
 }
 
-CString Complete(const Settings& settings)
+/// Whether the rules for the results go together.
+CString CheckDestination(const Settings& settings)
 {
+    const bool hasFolder = !settings.destination.IsEmpty();
+    const int places = settings.beside + hasFolder + !settings.subfolder.IsEmpty();
+    if (places > 1)
+        return L"results go to one place: --dest, --subfolder or --beside";
+    if (settings.recreateTree && settings.flat)
+        return L"--recreate-tree and --flat exclude each other";
+    if ((settings.recreateTree || settings.flat) && !hasFolder)
+        return L"--recreate-tree and --flat are about a destination folder (--dest)";
+    return {};
+}
+
+CString Complete(Settings& settings)
+{
+    settings.recurse = settings.recurse || settings.recreateTree;
     if (settings.help || settings.listKinds || settings.listPlugins)
         return {};
     if (settings.sources.empty())
         return L"no source was given";
-    return settings.targets.empty() ? L"no target kind was given (--to .stl)" : L"";
+    if (settings.targets.empty())
+        return L"no target kind was given (--to .stl)";
+    return CheckDestination(settings);
 }
 
 } // namespace
@@ -114,10 +159,13 @@ CString UsageText()
            L"\n"
            L"  SOURCE               a file, a folder, or a pattern such as models\\*.obj\n"
            L"  -t, --to KIND        extension to convert to; one for models and one for images may be given\n"
-           L"  -d, --dest FOLDER    where results go, in the folders of their sources; else beside each "
-           L"source\n"
            L"  -r, --recurse        visits the folders below as well\n"
-           L"  -y, --overwrite      replaces files that exist\n"
+           L"  -d, --dest FOLDER    where results go, below it in the folders of their sources\n"
+           L"      --recreate-tree  with --dest: visits the folders below and rebuilds them there\n"
+           L"      --flat           with --dest: all results in that folder itself\n"
+           L"  -s, --subfolder NAME results go to this folder below each source's own\n"
+           L"      --beside         results go beside their sources, as they do without these options\n"
+           L"  -y, --overwrite      replaces files that exist; else a name that is taken gets a number\n"
            L"  -o, --option N=V     sets an option of the target format, such as binary=0 or quality=80\n"
            L"      --save-options   keeps these options for later runs\n"
            L"      --preferences F  keeps them in this file\n"

@@ -15,10 +15,14 @@ struct Settings
 
     std::vector<CString> sources;
     std::vector<CString> targets; ///< extensions with their dots, lower-case
-    CString destination;          ///< absolute and slash-terminated; empty: beside each source
+    CString destination;          ///< absolute and slash-terminated; empty: none
+    CString subfolder;            ///< relative, without "." and ".."; empty: none
     std::vector<Option> options;
     CString preferences; ///< another preferences file; empty: the library's own
     bool recurse = false;
+    bool recreateTree = false;
+    bool flat = false;
+    bool beside = false;
     bool overwrite = false;
     bool saveOptions = false;
     bool listKinds = false;

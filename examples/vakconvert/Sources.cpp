@@ -13,14 +13,14 @@ namespace {
 class Search
 {
 public:
-    explicit Search(bool recurse) : m_recurse(recurse) {}
+    Search(bool recurse, const Batch& batch) : m_recurse(recurse), m_batch(batch) {}
 
-    void AddFile(const CString& path, const CString& folder, bool named)
+    void AddNamed(const CString& path)
     {
-        CString key = path;
-        key.MakeLower();
-        if (m_seen.Insert(key))
-            m_found.push_back({path, folder, named});
+        if (Add({path, path.Left(path.ReverseFind(L'\\') + 1), L"", true}))
+            return;
+        for (Source& known : m_found)
+            known.named = known.named || known.path.CompareNoCase(path) == 0;
     }
 
     void AddFolder(const CString& root, const CString& below, const CString& pattern)
@@ -30,18 +30,29 @@ public:
         List(root + below, files, folders);
         for (const CString& name : files) {
             if (fileMatchWilcards(name, pattern, 0))
-                AddFile(root + below + name, below, false);
+                Add({root + below + name, root, below, false});
         }
         if (!m_recurse)
             return;
-        for (const CString& name : folders)
-            AddFolder(root, below + name + L"\\", pattern);
+        for (const CString& name : folders) {
+            if (!m_batch.TakesResults(root + below + name + L"\\"))
+                AddFolder(root, below + name + L"\\", pattern);
+        }
     }
 
     std::vector<Source> Take() { return std::move(m_found); }
     std::size_t Count() const { return m_found.size(); }
 
 private:
+    bool Add(Source source)
+    {
+        CString key = source.path;
+        if (m_seen.Insert(key.MakeLower()) == 0)
+            return false;
+        m_found.push_back(std::move(source));
+        return true;
+    }
+
     static void List(const CString& folder, std::vector<CString>& files, std::vector<CString>& folders)
     {
         IoFile search;
@@ -60,15 +71,16 @@ private:
     }
 
     bool m_recurse;
+    const Batch& m_batch;
     CHashTable<CString> m_seen;
     std::vector<Source> m_found;
 };
 
 } // namespace
 
-std::vector<Source> FindSources(const Settings& settings, std::vector<CString>& problems)
+std::vector<Source> FindSources(const Settings& settings, const Batch& batch, std::vector<CString>& problems)
 {
-    Search search(settings.recurse);
+    Search search(settings.recurse, batch);
     for (const CString& source : settings.sources) {
         const std::size_t before = search.Count();
         if (source.FindOneOf(L"*?") >= 0) {
@@ -79,7 +91,7 @@ std::vector<Source> FindSources(const Settings& settings, std::vector<CString>& 
             fileSlashTerminate(folder);
             search.AddFolder(folder, L"", L"*");
         } else if (fileExists(source)) {
-            search.AddFile(source, L"", true);
+            search.AddNamed(source);
             continue; // named twice is no problem
         } else {
             problems.push_back(source + L": there is no such file or folder");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "examples/vakconvert/Batch.h"
 #include "examples/vakconvert/Settings.h"
 
 #include <vector>
@@ -8,10 +9,12 @@
 struct Source
 {
     CString path;
-    CString folder; ///< below the source folder that it was found in: "a\b\", or empty
+    CString root;   ///< the source folder that it was found in, slash-terminated; of a named file, its own
+    CString folder; ///< below the source folder: "a\b\", or empty
     bool named;     ///< the user named this very file
 };
 
-/// Lists what the sources of the command line stand for, each file once, folders in alphabetical order. A
-/// source that finds nothing is told in `problems`.
-std::vector<Source> FindSources(const Settings& settings, std::vector<CString>& problems);
+/// Lists what the sources of the command line stand for, each file once, folders in alphabetical order.
+/// Folders that take the batch's results are not visited unless they are sources themselves. A source that
+/// finds nothing is told in `problems`.
+std::vector<Source> FindSources(const Settings& settings, const Batch& batch, std::vector<CString>& problems);

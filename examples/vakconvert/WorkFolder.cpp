@@ -7,10 +7,16 @@
 
 #include <vector>
 
+namespace {
+
+constexpr LPCWSTR kPrefix = L".vakconvert-";
+
+} // namespace
+
 WorkFolder::WorkFolder(const CString& parent) : m_parent(parent)
 {
     CString name;
-    name.Format(L"%s.vakconvert-%u", parent.GetString(), static_cast<unsigned int>(GetCurrentProcessId()));
+    name.Format(L"%s%s%u", parent.GetString(), kPrefix, static_cast<unsigned int>(GetCurrentProcessId()));
     m_path = fileCreateUniqueName(name, 0);
     m_ready = fileCreateDirectory(m_path, 1) != 0;
     fileSlashTerminate(m_path);
@@ -20,6 +26,11 @@ WorkFolder::~WorkFolder()
 {
     if (m_ready)
         fileRemoveDirectory(m_path, 1);
+}
+
+bool WorkFolder::IsOne(const CString& folder)
+{
+    return fileTopDirectory(folder).Find(kPrefix) == 0;
 }
 
 ULONGLONG WorkFolder::MoveOut(const CString& mainName, bool overwrite, CString& failure)

@@ -13,6 +13,9 @@ public:
     WorkFolder(const WorkFolder&) = delete;
     WorkFolder& operator=(const WorkFolder&) = delete;
 
+    /// Whether a folder is by its name one of these, left behind by a run that was ended.
+    static bool IsOne(const CString& folder);
+
     bool IsReady() const { return m_ready; }
     /// The folder, slash-terminated.
     const CString& Path() const { return m_path; }

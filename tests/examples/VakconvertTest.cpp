@@ -2,11 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
 constexpr const char* kTriangle = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+
+using Names = std::vector<std::string>;
 
 /// Runs the host as a user does: arguments in, output and exit code out.
 class Vakconvert : public testing::Test
@@ -40,6 +46,14 @@ protected:
 
     bool Says(const char* text) const { return m_output.find(text) != std::string::npos; }
 
+    /// The files of that extension.
+    Names Made(std::string_view extension) const
+    {
+        Names names = m_folder.Names();
+        std::erase_if(names, [&](const std::string& name) { return !name.ends_with(extension); });
+        return names;
+    }
+
     vak::test::TempFolder m_folder;
     std::string m_output;
 };
@@ -55,9 +69,8 @@ TEST_F(Vakconvert, ConvertsATreeAndReportsTheFileThatFailed)
     EXPECT_TRUE(Says("Mauvais format de fichier")) << m_output;
     EXPECT_TRUE(Says("1 converted, 1 failed, 1 passed over")) << m_output;
     EXPECT_EQ(m_folder.Names(),
-              (std::vector<std::string>{"in", "in/deep", "in/deep/er", "in/deep/er/damaged.stl",
-                                        "in/notes.txt", "in/été", "in/été/a b.obj", "out", "out/été",
-                                        "out/été/a b.ply", "output.txt"}))
+              (Names{"in", "in/deep", "in/deep/er", "in/deep/er/damaged.stl", "in/notes.txt", "in/été",
+                     "in/été/a b.obj", "out", "out/été", "out/été/a b.ply", "output.txt"}))
         << "no temporary file or folder may stay";
 }
 
@@ -65,21 +78,65 @@ TEST_F(Vakconvert, ReplacesAFileOnlyWhenAsked)
 {
     m_folder.Write("a.obj", kTriangle);
     m_folder.Write("a.ply", "mine");
-    EXPECT_EQ(Run(L"--to ply @a.obj"), 1u);
-    EXPECT_TRUE(Says("a.ply exists")) << m_output;
+    for (const char* made : {"a (1).ply", "a (2).ply"}) {
+        EXPECT_EQ(Run(L"--to ply @a.obj"), 0u) << m_output;
+        EXPECT_TRUE(Says(made)) << m_output;
+        EXPECT_EQ(m_folder.Read(made).substr(0, 4), "ply\n");
+    }
     EXPECT_EQ(m_folder.Read("a.ply"), "mine");
     EXPECT_EQ(Run(L"--to ply -y @a.obj"), 0u) << m_output;
     EXPECT_EQ(m_folder.Read("a.ply").substr(0, 4), "ply\n");
 }
 
-TEST_F(Vakconvert, OneSourceNeverReplacesTheResultOfAnother)
+TEST_F(Vakconvert, ResultsOfOneRunNeverReplaceEachOtherNorASource)
 {
     m_folder.Write("in/a.obj", kTriangle);
-    m_folder.Write("in/a.ply", "ply\nformat ascii 1.0\n");
-    m_folder.Write("in/b.obj", "v 0 0 0\n");
-    EXPECT_EQ(Run(L"-y --to stl --dest @out @in\\*.obj @in/a.obj @in\\a.ply"), 1u);
-    EXPECT_TRUE(Says("a.stl is already the result of another source")) << m_output;
-    EXPECT_TRUE(Says("1 converted, 2 failed")) << m_output;
+    m_folder.Write("in/b/a.obj", kTriangle);
+    for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(Run(L"-y -r --to stl --dest @out --flat @in @in/a.obj"), 0u) << m_output;
+        EXPECT_EQ(Made(".stl"), (Names{"out/a (1).stl", "out/a.stl"}));
+    }
+    EXPECT_EQ(Run(L"-y --to stl @in\\a.obj"), 0u) << m_output;
+    EXPECT_EQ(Run(L"-y --to stl -o binary=0 @in @in\\a.stl"), 0u) << m_output;
+    EXPECT_EQ(m_folder.Read("in/a (1).stl").substr(0, 5), "solid") << "a.stl was still to be converted";
+}
+
+TEST_F(Vakconvert, ResultsGoWhereTheRulesSayAndAreNotConvertedAgain)
+{
+    const std::pair<const wchar_t*, Names> rows[] = {
+        {L"--recreate-tree --dest @in\\out", {"in/out/1.ply", "in/out/b/2.ply"}},
+        {L"-r --flat --dest @in/OUT/", {"in/OUT/1.ply", "in/OUT/2.ply"}},
+        {L"-r --subfolder ./r/s", {"in/b/r/s/2.ply", "in/r/s/1.ply"}},
+        {L"-r --beside", {"in/1.ply", "in/b/2.ply"}},
+    };
+    for (const auto& [rules, made] : rows) {
+        const CString call = CString(L" --to ply @in ") + rules;
+        std::filesystem::remove_all(m_folder.Host("in"));
+        m_folder.Write("in/1.obj", kTriangle);
+        m_folder.Write("in/b/2.obj", kTriangle);
+        m_folder.Write("in/.vakconvert-7/3.obj", kTriangle);
+        for (const wchar_t* again : {L"", L"-y"}) {
+            EXPECT_EQ(Run(again + call), 0u) << m_output;
+            EXPECT_EQ(Made(".ply"), made);
+        }
+        for (std::size_t run = 2; run < 4; ++run) {
+            EXPECT_EQ(Run(call), 0u) << m_output;
+            EXPECT_EQ(Made(".ply").size(), run * made.size()) << "numbered results are results, too";
+        }
+    }
+    EXPECT_TRUE(Says("2 converted, 0 failed, 4 passed over: results of an earlier run")) << m_output;
+}
+
+TEST_F(Vakconvert, OnlyWhatLooksLikeAResultIsPassedOver)
+{
+    m_folder.Write("in/a.obj", kTriangle);
+    m_folder.Write("in/b (1).ply", "damaged");
+    m_folder.Write("in/b.ply", "damaged");
+    m_folder.Write("in/a.ply", "damaged");
+    EXPECT_EQ(Run(L"--to ply -y @in"), 1u);
+    EXPECT_TRUE(Says("1 converted, 2 failed, 1 passed over")) << m_output;
+    EXPECT_EQ(Run(L"--to ply --dest @out @in @in\\a.ply"), 1u);
+    EXPECT_TRUE(Says("2 converted, 2 failed") && !Says("passed")) << m_output;
 }
 
 TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)
@@ -87,7 +144,11 @@ TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)
     m_folder.Write("a.obj", kTriangle);
     for (const wchar_t* arguments :
          {L"", L"@a.obj", L"--to .xyz @a.obj", L"--to stl --option nonsense=1 @a.obj",
-          L"--to jpg --option quality=101 @a.obj", L"--to stl --to ply @a.obj", L"--frobnicate", L"--to"})
+          L"--to jpg --option quality=101 @a.obj", L"--to stl --to ply @a.obj", L"--frobnicate", L"--to",
+          L"--to stl --beside --dest @out @a.obj", L"--to stl --subfolder r --dest @out @a.obj",
+          L"--to stl --recreate-tree @a.obj", L"--to stl --recreate-tree --flat --dest @out @a.obj",
+          L"--to stl --dest ?:\\out @a.obj", L"--to stl -s ../r @a.obj", L"--to stl -s r. @a.obj",
+          L"--to stl -s c:\\r @a.obj"})
         EXPECT_EQ(Run(arguments), 2u) << m_output;
     EXPECT_EQ(Run(L"--to stl @missing.obj"), 1u);
     EXPECT_TRUE(Says("there is no such file or folder")) << m_output;

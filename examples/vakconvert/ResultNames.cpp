@@ -1,0 +1,113 @@
+#include "examples/vakconvert/ResultNames.h"
+
+#include "files/FileKinds.h"
+#include "files/FileNames.h"
+#include "files/FilePath.h"
+
+#include <algorithm>
+
+namespace {
+
+CString Key(CString path)
+{
+    return path.MakeLower();
+}
+
+CString Numbered(const CString& path, ULONGLONG number)
+{
+    CString name = fileRemoveExtension(path);
+    name.AppendFormat(L" (%I64u)", number);
+    return name + fileGetExtension(path);
+}
+
+/// The path without the number that a result gets when its name is taken; unchanged when it has none.
+CString WithoutNumber(const CString& path)
+{
+    const CString stem = fileRemoveExtension(path);
+    const int open = stem.ReverseFind(L'(');
+    const CString number = stem.Mid(open + 1, stem.GetLength() - open - 2);
+    const bool isOne = open > 1 && stem[open - 1] == L' ' && stem.Right(1) == L")" && !number.IsEmpty() &&
+                       number.SpanIncluding(L"0123456789") == number;
+    return isOne ? stem.Left(open - 1) + fileGetExtension(path) : path;
+}
+
+/// What the run will make, lower-case.
+struct Planned
+{
+    CHashTable<CString> anew;    ///< from a source of another place or name
+    CHashTable<CString> inPlace; ///< from the very file
+};
+
+Planned Plan(const std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch)
+{
+    Planned planned;
+    for (const Source& source : sources) {
+        const Target* target = TargetOf(source, targets);
+        if (target == nullptr)
+            continue;
+        const CString own = Key(source.path);
+        const CString result =
+            Key(batch.FolderFor(source) + fileStripPath(source.path, 1) + target->extension);
+        (result == own ? planned.inPlace : planned.anew).Insert(result);
+    }
+    return planned;
+}
+
+} // namespace
+
+ResultNames::ResultNames(const std::vector<Source>& sources, bool overwrite) : m_overwrite(overwrite)
+{
+    for (const Source& source : sources)
+        m_sources.Insert(Key(source.path));
+}
+
+CString ResultNames::FreePath(const CString& path, const CString& source) const
+{
+    if (!m_overwrite)
+        return fileCreateUniqueName(path, 1); // what this run made is on the disk, too
+    CString free = path;
+    for (ULONGLONG number = 1; IsTaken(free, source); ++number)
+        free = Numbered(path, number);
+    return free;
+}
+
+void ResultNames::Take(const CString& path)
+{
+    m_results.Insert(Key(path));
+}
+
+bool ResultNames::IsTaken(const CString& path, const CString& source) const
+{
+    const CString key = Key(path);
+    return m_results.IsFound(key) || (m_sources.IsFound(key) && key != Key(source));
+}
+
+CString ResultStem(const Source& source, const Content&)
+{
+    return fileStripPath(source.path, 1);
+}
+
+const Target* TargetOf(const Source& source, const std::vector<Target>& targets)
+{
+    const unsigned int family = fileGetKindOf(source.path);
+    for (const Target& target : targets) {
+        if ((target.family & family) != 0)
+            return &target;
+    }
+    return nullptr;
+}
+
+std::size_t PassOverResults(std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch,
+                            bool overwrite)
+{
+    const Planned planned = Plan(sources, targets, batch);
+    const auto isResult = [&](const Source& source) {
+        const CString path = Key(source.path);
+        const CString bare = WithoutNumber(path);
+        if (source.named || TargetOf(source, targets) == nullptr)
+            return false;
+        return planned.anew.IsFound(path) || planned.anew.IsFound(bare) ||
+               (!overwrite && bare != path && planned.inPlace.IsFound(bare));
+    };
+    return std::erase_if(sources, isResult);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "core/HashTable.h"
+#include "examples/vakconvert/Batch.h"
+#include "examples/vakconvert/Content.h"
+#include "examples/vakconvert/Sources.h"
+#include "examples/vakconvert/Target.h"
+
+#include <vector>
+
+/// The names of a run's results. Every result gets one that is free, with a number if need be.
+class ResultNames
+{
+public:
+    /// Without `overwrite` every file on the disk keeps its name. With it a result may replace a file, but
+    /// neither another result of this run nor one of `sources` other than its own.
+    ResultNames(const std::vector<Source>& sources, bool overwrite);
+
+    bool MayReplace() const { return m_overwrite; }
+    /// Returns `path`, or the first one like it ("a (1).stl") that is free for a result of `source`.
+    CString FreePath(const CString& path, const CString& source) const;
+    /// Keeps the path from the results that follow.
+    void Take(const CString& path);
+
+private:
+    bool IsTaken(const CString& path, const CString& source) const;
+
+    bool m_overwrite;
+    CHashTable<CString> m_sources; ///< lower-case, as the results are
+    CHashTable<CString> m_results;
+};
+
+/// The name of a source's result without its extension.
+CString ResultStem(const Source& source, const Content& content);
+
+/// The first of `targets` that can take what the source holds; null when there is none.
+const Target* TargetOf(const Source& source, const std::vector<Target>& targets);
+
+/// Removes the sources that look like what an earlier run made of another source in the list: of the target's
+/// extension, in the place and with the name that the other's result has, numbered or not. Files that the
+/// user named stay, and so do, with `overwrite`, numbered neighbours of a file of the target's own kind: they
+/// are not made then. Returns how many were removed.
+std::size_t PassOverResults(std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch,
+                            bool overwrite);
