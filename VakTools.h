@@ -31,9 +31,11 @@
 #include "framework/ui/RichEditCtrl.h"
 #include "framework/ui/Wnd.h"
 
+#include "core/ElementArray.h"
 #include "core/HashKey.h"
 #include "core/HashMap.h"
 #include "core/HashTable.h"
+#include "core/IntArrayID.h"
 #include "core/IntMap.h"
 #include "core/NextPrime.h"
 #include "core/RGB32Color.h"

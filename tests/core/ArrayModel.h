@@ -1,0 +1,139 @@
+#pragma once
+
+#include "tests/support/ArchiveBytes.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+namespace vak::test {
+
+/// The bytes of a pipe: what they are, but not how many.
+class LengthlessFile : public CMemFile
+{
+public:
+    using CMemFile::CMemFile;
+    ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
+};
+
+/// How reading `bytes` into `array` from a File ends: -1 when it does, else the archive's cause.
+template <class File = CMemFile, class Array>
+int ReadCause(Array& array, std::string bytes)
+{
+    File file(reinterpret_cast<BYTE*>(bytes.data()), UINT(bytes.size()));
+    CArchive archive(&file, CArchive::load, 128);
+    return ArchiveCause([&] { array.Serialize(archive); });
+}
+
+template <class Array>
+std::string StoredBytes(Array& array)
+{
+    return Stored([&](CArchive& archive) { array.Serialize(archive); }, 128);
+}
+
+/// True when `act()` throws an exception of class Thrown.
+template <class Thrown = CInvalidArgException, class Act>
+bool IsRefused(Act act)
+{
+    try {
+        act();
+    } catch (Thrown* exception) {
+        exception->Delete();
+        return true;
+    }
+    return false;
+}
+
+/// An array and a vector that take the same random changes. Array takes and gives ints.
+template <class Array>
+class ArrayModel
+{
+public:
+    void Run(int steps)
+    {
+        for (int i = 0; i < steps && !testing::Test::HasFailure(); ++i) {
+            SCOPED_TRACE(i);
+            Step();
+            Compare(m_array);
+        }
+    }
+
+private:
+    int Below(int limit) { return int(m_random() % unsigned(limit)); }
+
+    void Compare(const Array& array)
+    {
+        ASSERT_EQ(array.GetSize(), int(m_model.size()));
+        for (int i = 0; i < array.GetSize(); ++i)
+            ASSERT_EQ(array.GetAt(i), m_model[std::size_t(i)]) << i;
+    }
+
+    void Insert(int index, std::vector<int> values)
+    {
+        m_model.resize(std::max(m_model.size(), std::size_t(index)));
+        m_model.insert(m_model.begin() + index, values.begin(), values.end());
+    }
+
+    void Step()
+    {
+        const int value = int(m_random());
+        const int size = int(m_model.size());
+        const int index = Below(size + 4);
+        const int inside = Below(size + 1);
+        const int count = Below(5) + 1;
+        const int removed = std::min(size - inside, 40 * count);
+        switch (size > 300 ? 0 : Below(11)) {
+        case 0:
+            m_array.RemoveAt(inside, removed);
+            m_model.erase(m_model.begin() + inside, m_model.begin() + inside + removed);
+            break;
+        case 1:
+            EXPECT_EQ(m_array.Add(value), size);
+            m_model.push_back(value);
+            break;
+        case 2:
+            m_array.SetAtGrow(index, value);
+            m_model.resize(std::size_t(std::max(size, index + 1)));
+            m_model[std::size_t(index)] = value;
+            break;
+        case 3:
+            m_array.InsertAt(index, value, count);
+            Insert(index, std::vector<int>(std::size_t(count), value));
+            break;
+        case 4:
+            m_array.InsertAt(index, &m_other);
+            Insert(m_otherModel.empty() ? 0 : index, m_otherModel);
+            break;
+        case 5:
+            m_array.InsertAt(inside, &m_array);
+            Insert(inside, m_model);
+            break;
+        case 6:
+            EXPECT_EQ(m_array.Append(m_array), size);
+            Insert(size, m_model);
+            break;
+        case 7:
+            m_other.Copy(m_array);
+            m_otherModel = m_model;
+            break;
+        case 8:
+            m_array.SetSize(index);
+            m_model.resize(std::size_t(index));
+            break;
+        case 9:
+            m_array.FreeExtra();
+            break;
+        default:
+            ASSERT_EQ(ReadCause(m_other, StoredBytes(m_array)), -1);
+            m_otherModel = m_model;
+            Compare(m_other);
+        }
+    }
+
+    std::mt19937 m_random;
+    Array m_array, m_other;
+    std::vector<int> m_model, m_otherModel;
+};
+
+} // namespace vak::test

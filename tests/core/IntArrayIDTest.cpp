@@ -1,0 +1,117 @@
+#include "core/IntArrayID.h"
+#include "tests/core/ArrayModel.h"
+
+#include <algorithm>
+#include <climits>
+#include <iterator>
+
+using vak::test::Hex;
+using vak::test::IsRefused;
+using vak::test::ReadCause;
+using vak::test::StoredBytes;
+
+namespace {
+
+struct OpenArray : CIntArrayID
+{
+    using CIntArrayID::CIntArrayID;
+    int Room() const { return m_capacity; }
+    bool IsInOrder() const
+    {
+        const void* const members[] = {&m_data, &m_size, &m_capacity};
+        return std::is_sorted(std::begin(members), std::end(members));
+    }
+};
+
+} // namespace
+
+TEST(IntArrayIDTest, RoomGrowsInTheGivenSteps)
+{
+    OpenArray array;
+    EXPECT_TRUE(array.IsInOrder());
+    const int rooms[] = {1, 5, 5, 5, 5, 9};
+    for (const int room : rooms) {
+        array.Add(7);
+        EXPECT_EQ(array.Room(), room);
+    }
+    const int sizes[][2] = {{100, 100}, {101, 112}, {9000, 9000}, {9001, 10024}, {3, 10024}};
+    for (const auto& [size, room] : sizes) {
+        array.SetSize(size);
+        EXPECT_EQ(array.Room(), room) << size;
+    }
+    array.FreeExtra();
+    EXPECT_EQ(array.Room(), 3);
+    array.RemoveAll();
+    EXPECT_EQ(array.Room(), 0);
+}
+
+TEST(IntArrayIDTest, ReservedRoomTakesElementsUnchecked)
+{
+    OpenArray reserved(10, 0), zeros(10, 1);
+    EXPECT_EQ(zeros.GetAt(zeros.GetUpperBound()), 0);
+    int size = 1;
+    const int* const first = reserved.GetData(size);
+    EXPECT_EQ(size, 0);
+    for (int i = 0; i < 10; ++i)
+        reserved.Set(i);
+    EXPECT_EQ(reserved.GetData(size), first);
+    EXPECT_EQ(reserved[size - 1], 9);
+    reserved.Init(4);
+    EXPECT_EQ(reserved.GetSize(), 0);
+    EXPECT_EQ(reserved.Room(), 10);
+}
+
+TEST(IntArrayIDTest, BehavesLikeAVectorUnderARandomStream)
+{
+    vak::test::ArrayModel<CIntArrayID>().Run(4000);
+}
+
+TEST(IntArrayIDTest, RefusesIndexesOutsideAndLeavesTheArrayAlone)
+{
+    CIntArrayID array(2, 1);
+    EXPECT_TRUE(IsRefused([&] { array.GetAt(2); }));
+    EXPECT_TRUE(IsRefused([&] { array[-1] = 1; }));
+    EXPECT_TRUE(IsRefused([&] { array.SetSize(-1); }));
+    EXPECT_TRUE(IsRefused([&] { array.Init(-1); }));
+    EXPECT_TRUE(IsRefused([&] { array.SetAtGrow(-1, 1); }));
+    EXPECT_TRUE(IsRefused([&] { array.InsertAt(0, 1, 0); }));
+    EXPECT_TRUE(IsRefused([&] { array.RemoveAt(1, INT_MAX); }));
+    EXPECT_TRUE(IsRefused<CMemoryException>([&] { array.InsertAt(2, 1, INT_MAX); }));
+    EXPECT_EQ(StoredBytes(array), Hex("02 00 00000000 00000000"));
+}
+
+TEST(IntArrayIDTest, StoredBytesAreTheCountAndTheNumbers)
+{
+    CIntArrayID array, large(65535, 1);
+    EXPECT_EQ(StoredBytes(array), Hex("00 00"));
+    array.Add(-2);
+    array.Add(0x12345678);
+    EXPECT_EQ(StoredBytes(array), Hex("02 00 FEFFFFFF 78563412"));
+    const std::string bytes = StoredBytes(large);
+    EXPECT_EQ(bytes, Hex("FFFF FFFF0000") + std::string(4 * 65535, '\0'));
+    EXPECT_EQ(ReadCause(array, bytes), -1);
+    EXPECT_EQ(StoredBytes(array), bytes);
+}
+
+TEST(IntArrayIDTest, ABadArchiveLeavesTheArrayEmpty)
+{
+    constexpr int kEnd = CArchiveException::endOfFile, kLength = CArchiveException::badIndex;
+    const struct
+    {
+        std::string bytes;
+        int known, unknown;
+    } rows[] = {{"", kEnd, kEnd},
+                {Hex("08 00") + std::string(31, 'x'), kEnd, kEnd},
+                {Hex("FFFF FFFFFF7F"), kEnd, kEnd},
+                {Hex("FFFF 00000080"), kEnd, kLength},
+                {Hex("FFFF FFFFFFFF FFFFFFFFFFFFFFFF"), kEnd, kEnd},
+                {Hex("08 00") + std::string(32, 'x'), -1, -1}};
+    for (const auto& row : rows) {
+        OpenArray known(3, 1), unknown(3, 1);
+        EXPECT_EQ(ReadCause(known, row.bytes), row.known);
+        EXPECT_EQ(ReadCause<vak::test::LengthlessFile>(unknown, row.bytes), row.unknown);
+        EXPECT_EQ(known.GetSize(), row.known < 0 ? 8 : 0);
+        EXPECT_EQ(StoredBytes(unknown), StoredBytes(known));
+        EXPECT_EQ(unknown.Room(), known.Room());
+    }
+}
