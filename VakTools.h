@@ -69,6 +69,10 @@
 #include "files/StdioFileEx.h"
 #include "files/SwitchLocale.h"
 #include "files/Wildcards.h"
+#include "files/Zip.h"
+#include "files/ZipArchive.h"
+#include "files/ZipException.h"
+#include "files/ZipHeader.h"
 
 #include "tags/TagData.h"
 #include "tags/TagInfo.h"

@@ -3,7 +3,8 @@
 
 /* Identifiers of the library's texts. Read by the compiler and by the resource compiler, so: plain macros.
    Ranges: 1000 paths, 1100 file kinds, 1200 load/save, 1300 dates and sizes, 1400 exceptions,
-   1500 tags, 1600 batches, 5260 colours, 5282 and 5302 truth values, 0xF100 the platform's own file prompts. */
+   1500 tags, 1600 batches, 1700 zip archives, 5260 colours, 5282 and 5302 truth values,
+   0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
 #define IDS_NAME_EMPTY 1000
@@ -116,6 +117,9 @@
 #define IDS_BATCH_IN_SUBFOLDER_OF 1613      /* two arguments */
 #define IDS_BATCH_IN_SUBFOLDERS_OF_TREE 1614 /* two arguments */
 #define IDS_BATCH_IN_SUBFOLDERS 1615
+/* 1700: zip archives; two arguments: the archive's path and the entry's name; in the order of CZipException's
+   causes */
+#define IDS_ZIP_NONE 1700 /* the other causes follow */
 
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200

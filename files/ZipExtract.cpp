@@ -1,0 +1,92 @@
+#include "files/FileSystem.h"
+#include "files/ZipArchive.h"
+#include "files/detail/ZipDates.h"
+#include "files/detail/ZipNames.h"
+#include "files/detail/ZipState.h"
+#include "files/detail/ZipTarget.h"
+
+#include <algorithm>
+
+using namespace vak;
+using detail::ThrowZip;
+using detail::ZipEntry;
+using detail::ZipState;
+
+namespace {
+
+constexpr UINT kSmallestBuffer = 4096;
+constexpr UINT kLargestBuffer = 1 << 20;
+
+CString ListedName(const ZipState& state, const ZipEntry& entry)
+{
+    const auto name = state.directory.NameOf(entry);
+    return {name.data(), static_cast<int>(name.size())};
+}
+
+/// 0, or the code of the limit that the entry goes beyond by what the directory says of it; that it says the
+/// truth is seen to while the data are read.
+int CheckLimits(const ZipState& state, const ZipEntry& entry)
+{
+    const CZipLimits& limits = state.limits;
+    const ULONGLONG size = entry.uncompressed;
+    if (size > limits.maxEntry)
+        return CZipException::limitSize;
+    if (state.extracted > limits.maxTotal || size > limits.maxTotal - state.extracted)
+        return CZipException::limitTotal;
+    if (size > limits.ratioFloor && size / std::max<ULONGLONG>(limits.maxRatio, 1) >= entry.compressed)
+        return CZipException::limitRatio;
+    return 0;
+}
+
+/// Reads all the data of the entry in pieces of the buffer's size and hands each to `write(bytes)`.
+template <class Write>
+void ReadData(ZipState& state, const ZipEntry& entry, UINT bufferSize, Write write)
+{
+    if (const int cause = CheckLimits(state, entry); cause != 0)
+        ThrowZip(cause, state.path, ListedName(state, entry));
+    detail::ZipEntryStream stream(state.volumes, state.directory, entry, state.inflater, state.path);
+    state.buffer.resize(std::clamp(bufferSize, kSmallestBuffer, kLargestBuffer));
+    while (const std::size_t count = stream.Read(state.buffer)) {
+        write(std::span<const std::uint8_t>(state.buffer).first(count));
+        state.extracted += count;
+    }
+}
+
+} // namespace
+
+void CZipArchive::Test(std::size_t index)
+{
+    ReadData(State(), Checked(index), kBufferSize, [](std::span<const std::uint8_t>) {});
+}
+
+void CZipArchive::ExtractTo(std::size_t index, CFile& to, UINT bufferSize)
+{
+    ReadData(State(), Checked(index), bufferSize, [&to](std::span<const std::uint8_t> bytes) {
+        to.Write(bytes.data(), static_cast<UINT>(bytes.size()));
+    });
+}
+
+void CZipArchive::Extract(std::size_t index, LPCWSTR path, bool fullPath, LPCWSTR newName, UINT bufferSize)
+{
+    ZipState& state = State();
+    const ZipEntry& entry = Checked(index);
+    const CString listed = ListedName(state, entry);
+    const bool isFolder = state.directory.IsFolder(entry);
+    CString wanted = newName == nullptr || *newName == 0 ? listed : detail::zip::WithBackslashes(newName);
+    if (!fullPath && isFolder)
+        return;
+    if (!fullPath)
+        wanted = wanted.Mid(wanted.ReverseFind(L'\\') + 1);
+    CString safe;
+    const int cause = detail::zip::MakeSafe(wanted, safe);
+    // "./" is the destination itself.
+    if (cause != 0 && !(isFolder && cause == CZipException::nameEmpty && !wanted.IsEmpty()))
+        ThrowZip(cause, state.path, listed);
+    detail::ZipTarget target(path, state.path, listed);
+    if (isFolder)
+        return target.MakeFolder(safe);
+    target.Begin(safe, state.temporary);
+    ReadData(state, entry, bufferSize,
+             [&target](std::span<const std::uint8_t> bytes) { target.Write(bytes); });
+    target.Finish(detail::zip::TimeFromDos(entry.date, entry.time));
+}

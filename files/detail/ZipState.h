@@ -1,0 +1,45 @@
+#pragma once
+
+#include "files/ZipArchive.h"
+#include "files/detail/ZipDirectory.h"
+#include "files/detail/ZipEntryStream.h"
+#include "files/detail/ZipRewriter.h"
+#include "files/detail/ZipVolumes.h"
+
+#include <memory>
+#include <vector>
+
+namespace vak::detail {
+
+/// What CZipArchive keeps.
+struct ZipState
+{
+    /// The directory; throws isClosed when no archive is open.
+    const ZipDirectory& OpenDirectory() const;
+    /// Whether volumes and directory are still those of the archive.
+    bool IsKeptFor(LPCWSTR wanted) const;
+    /// Drops volumes and directory.
+    void Forget();
+    /// Opens the files of `path` and reads the directory; nothing is left of them when it throws.
+    void ReadArchive();
+
+    CString path;
+    int mode = CZipArchive::zipOpen;
+    bool isOpen = false;
+    /// Closed after an error with its files let go: volumes and directory are those of `path`.
+    bool isKept = false;
+    UINT codePage = CZipArchive::kDefaultCodePage;
+    UINT keptCodePage = 0; ///< that the directory was read with
+    CZipLimits limits;
+    std::uint64_t extracted = 0; ///< bytes since Open
+    unsigned int temporary = 0;  ///< number of the last temporary's name
+
+    ZipVolumes volumes;
+    ZipDirectory directory;
+    ZipInflater inflater;
+    std::vector<std::uint8_t> buffer;
+    /// The new archive while one is created (zipCreate, zipCreateSplit), else null.
+    std::unique_ptr<ZipRewriter> writer;
+};
+
+} // namespace vak::detail

@@ -1,0 +1,155 @@
+#include "files/detail/ZipTarget.h"
+
+#include "files/FilePath.h"
+#include "files/FileSystem.h"
+#include "files/ZipException.h"
+#include "framework/base/SystemFolder.h"
+#include "framework/base/Time.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vak::detail {
+
+namespace {
+
+constexpr unsigned int kMostNames = 10000;
+
+bool IsFolder(DWORD attributes)
+{
+    return attributes != system::kInvalidAttributes && (attributes & system::kAttributeDirectory) != 0;
+}
+
+system::OpenOptions TemporaryOptions(system::OpenOptions::Disposition disposition)
+{
+    system::OpenOptions options;
+    options.read = options.write = true;
+    options.shareRead = options.shareDelete = true;
+    options.disposition = disposition;
+    return options;
+}
+
+} // namespace
+
+ZipTarget::ZipTarget(LPCWSTR folder, const CString& archive, const CString& entry)
+    : m_archive(archive), m_entry(entry)
+{
+    const CString wanted(folder == nullptr || *folder == 0 ? L"." : folder);
+    if (!system::FullPath(wanted, m_folder))
+        ThrowSystem();
+    fileSlashTerminate(m_folder);
+    if (!IsFolder(system::FileAttributes(m_folder)) && fileCreateDirectory(m_folder, 1) == 0)
+        ThrowSystem();
+}
+
+ZipTarget::~ZipTarget()
+{
+    Discard();
+}
+
+void ZipTarget::Throw(int cause, DWORD error) const
+{
+    ThrowZip(cause, m_archive, m_entry, static_cast<LONG>(error));
+}
+
+void ZipTarget::ThrowSystem() const
+{
+    Throw(CZipException::targetError, system::LastFileError());
+}
+
+/// Makes sure that `path` is a folder and no link.
+void ZipTarget::EnterFolder(const CString& path)
+{
+    if (system::IsLink(path))
+        Throw(CZipException::linkInPath);
+    const DWORD attributes = system::FileAttributes(path);
+    if (IsFolder(attributes))
+        return;
+    if (attributes != system::kInvalidAttributes)
+        Throw(CZipException::nameTaken);
+    // Somebody else may have made it meanwhile.
+    if (!system::MakeFolder(path) && (!IsFolder(system::FileAttributes(path)) || system::IsLink(path)))
+        ThrowSystem();
+}
+
+void ZipTarget::MakeFolder(const CString& name)
+{
+    for (int end = name.Find(L'\\'); end >= 0; end = name.Find(L'\\', end + 1))
+        EnterFolder(m_folder + name.Left(end));
+}
+
+void ZipTarget::Begin(const CString& name, unsigned int& number)
+{
+    MakeFolder(name);
+    m_target = m_folder + name;
+    if (system::IsLink(m_target))
+        Throw(CZipException::linkInPath);
+    if (IsFolder(system::FileAttributes(m_target)))
+        Throw(CZipException::nameTaken);
+    CreateTemporary(m_target.Left(m_target.ReverseFind(L'\\') + 1), number);
+}
+
+/// A short name of its own: the entry's may be as long as names may be.
+void ZipTarget::CreateTemporary(const CString& folder, unsigned int& number)
+{
+    for (unsigned int tries = 0; tries < kMostNames; ++tries) {
+        CString path = folder;
+        path.AppendFormat(L"~zip%u.tmp", ++number);
+        m_file = system::OpenFile(path, TemporaryOptions(system::OpenOptions::Disposition::CreateNew));
+        if (m_file != system::kNoFile) {
+            m_temporary = path;
+            return;
+        }
+        const DWORD error = system::LastFileError();
+        if (error != system::kErrorFileExists && error != system::kErrorAlreadyExists)
+            break;
+    }
+    ThrowSystem();
+}
+
+void ZipTarget::Write(std::span<const std::uint8_t> bytes)
+{
+    UINT done = 0;
+    const auto size = static_cast<UINT>(bytes.size());
+    if (!system::WriteFile(m_file, bytes.data(), size, done))
+        ThrowSystem();
+    if (done != size)
+        Throw(CZipException::targetError, system::kErrorDiskFull);
+}
+
+void ZipTarget::Finish(std::int64_t time)
+{
+    if (!system::CloseFile(std::exchange(m_file, system::kNoFile)))
+        ThrowSystem();
+    const FILETIME written = FileTimeFromTime(time);
+    // Not every file system takes every time; the data are worth more than their date.
+    if (time != 0)
+        system::SetFileTimes(m_temporary, nullptr, nullptr, &written);
+    if (!system::RenameFile(m_temporary, m_target)) {
+        const DWORD error = system::LastFileError();
+        if (error != system::kErrorFileExists && error != system::kErrorAlreadyExists)
+            ThrowSystem();
+        Replace();
+    }
+    m_temporary.Empty();
+}
+
+/// In one step, so that the old file is there until the new one is.
+void ZipTarget::Replace()
+{
+    m_file = system::OpenFile(m_temporary, TemporaryOptions(system::OpenOptions::Disposition::OpenExisting));
+    if (m_file == system::kNoFile || !system::ReplaceFileBy(m_file, m_temporary, m_target))
+        ThrowSystem();
+    system::CloseFile(std::exchange(m_file, system::kNoFile));
+}
+
+void ZipTarget::Discard()
+{
+    if (m_file != system::kNoFile)
+        system::CloseFile(std::exchange(m_file, system::kNoFile));
+    if (!m_temporary.IsEmpty())
+        system::RemoveFile(m_temporary);
+    m_temporary.Empty();
+}
+
+} // namespace vak::detail
