@@ -106,6 +106,11 @@
 #define IDS_TAG_IF_EXIST 1561
 #define IDS_TAG_END_IF_EXIST 1562
 
+/* 1580: the insert-tag menu */
+#define IDS_TAG_NO_CRITERIA 1580
+#define IDS_TAG_ALL 1581
+#define IDS_TAG_ALL_WRITABLE 1582
+
 /* 1600: batches */
 #define IDS_BATCH_RESULTS 1600 /* the destination entry that a batch begins with */
 #define IDS_BATCH_WANTS_RELATIVE 1601

@@ -22,6 +22,11 @@ constexpr unsigned int Restricted = 0x1;
 constexpr unsigned int NoCriteria = 0x2;
 /// "Add all tags" and "Add all tags that can be reimported".
 constexpr unsigned int AllTags = 0x4;
+
+/// How it ended.
+constexpr int Cancelled = 0; ///< also when nothing is to be shown, or the system cannot show it
+constexpr int ChoseTag = 1;  ///< "<alltags>" and "<allwritabletags>" included
+constexpr int ChoseNoCriteria = 2;
 } // namespace tagmenu
 
 namespace detail {
@@ -154,15 +159,21 @@ public:
 
     /// @name Rich text (Windows only)
     /// The same in the text of a control, in place. Conditional tags are carried out and never returned.
+    ///
+    /// The control's selection moves along, its list of what can be undone is emptied, and its parent is
+    /// notified of each change as its event mask says. While a scan is under way nobody else changes the text
+    /// before the tag at hand. Around a scan of a large text that is shown, stop its drawing (SetRedraw).
     /// @{
 
     /// Begins a scan for the calling thread, at the beginning of the text.
     void StartRTFScan();
-    /// Selects the next registered tag in `control` and returns 1 with the tag in `info`; 0 at the end, or
-    /// when the thread has no scan.
+    /// Selects the next registered tag in `control` and returns 1 with the tag in `info`. At the end of the
+    /// text the empty lines there are deleted and 0 returned, `info` is then empty; likewise, with nothing
+    /// changed, when the thread has no scan or the control is read-only or has no window (any more).
     int RTFScan(CRichEditCtrl& control, CTagInfo& info);
-    /// Replaces the tag just found, which is still selected, by `text`; an empty text marks the conditional
-    /// that the tag stands in as empty. Returns 0 when the thread has no scan, else 1.
+    /// Replaces the tag just found, which is still selected, by `text`, in the format of the tag's first
+    /// character; the scan goes on behind it. An empty text marks the conditional that the tag stands in as
+    /// empty. Returns 1, or 0 and changes nothing where RTFScan would.
     int SetRTFTag(CRichEditCtrl& control, const CString& text);
     /// @}
 
@@ -171,7 +182,10 @@ public:
 
     /// Shows the menu of tags at `screenPoint` (screen pixels) and returns the tag string that was chosen,
     /// empty when the menu was cancelled. `menuFlags` are of vak::tagmenu. Only classes in `listed` appear,
-    /// all when it is null, less those in `leftOut`, which may be null as well. Windows only.
+    /// all when it is null, less those in `leftOut`, which may be null as well. `result`, unless null, gets
+    /// one of the results in vak::tagmenu: "No criteria" has no tag string either. The menu belongs to the
+    /// active window of the calling thread or, where it has none, to a hidden one that comes to the
+    /// foreground. Windows only.
     CString DoPopupMenu(CPoint screenPoint, unsigned int menuFlags, const TagClasses* listed,
                         const TagClasses* leftOut, int* result = nullptr) const;
 

@@ -60,5 +60,12 @@ HMENU CMenu::GetSubMenu(int position) const
 
 BOOL CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner)
 {
-    return ::TrackPopupMenu(m_hMenu, flags, x, y, 0, owner ? owner->GetSafeHwnd() : nullptr, nullptr);
+    HWND window = owner ? owner->GetSafeHwnd() : GetActiveWindow();
+    CWnd standIn;
+    if (!window && standIn.CreateEx(WS_EX_TOOLWINDOW, L"STATIC", nullptr, WS_POPUP, CRect(), nullptr, 0)) {
+        window = standIn.GetSafeHwnd();
+        // The menu of a window in the background would not notice a click beside it.
+        SetForegroundWindow(window);
+    }
+    return ::TrackPopupMenu(m_hMenu, flags, x, y, 0, window, nullptr);
 }

@@ -36,7 +36,9 @@ public:
     HMENU GetSubMenu(int position) const;
 
     /// Shows the menu at that point of the screen until an item is chosen or the user gives up. With
-    /// TPM_RETURNCMD the result is the command chosen, 0 for none. `owner` is a window of this thread.
+    /// TPM_RETURNCMD the result is the command chosen, 0 for none. `owner` is a window of this thread; null
+    /// takes the active one, or where the thread has none, a hidden one that stands in and comes to the
+    /// foreground.
     BOOL TrackPopupMenu(UINT flags, int x, int y, CWnd* owner);
 
     HMENU m_hMenu = nullptr;

@@ -1,0 +1,46 @@
+#pragma once
+
+/// The insert-tag menu as plain data: which items it has, in which order, and which tag string each stands
+/// for. Showing it is left to the platform.
+
+#include "tags/Tags.h"
+
+#include <vector>
+
+namespace vak::detail {
+
+/// An item of a menu: a command, a menu of its own, or, having neither, a separating line.
+struct TagMenuItem
+{
+    CString text;
+    unsigned int command = 0;
+    std::vector<TagMenuItem> items;
+
+    bool IsSeparator() const { return command == 0 && items.empty(); }
+};
+
+/// The whole menu. Commands count from 1, each belongs to one item.
+struct TagMenu
+{
+    /// The command of "No criteria", which stands for no tag; 0 when it is not offered.
+    unsigned int noCriteria = 0;
+    TagMenuItem root;
+    /// The tag strings of the commands, in their order.
+    std::vector<CString> tags;
+
+    /// Empty for no command.
+    CString TagOf(unsigned int command) const;
+};
+
+/// Class names nest menus at each "//", this many at most; what is deeper stays in the innermost name.
+constexpr int kDeepestTagMenu = 16;
+
+/// Makes the menu of the tags in `tags`; arguments as for CTags::DoPopupMenu. Menus and tags stand sorted
+/// within one another; texts are those of the current language.
+VAK_INTERNAL_API TagMenu MakeTagMenu(const CTags& tags, unsigned int menuFlags,
+                                     const CTags::TagClasses* listed, const CTags::TagClasses* leftOut);
+
+/// The text as a menu takes it: an ampersand underlines no letter, a tab begins no column of keys.
+VAK_INTERNAL_API CString TagMenuText(const CString& text);
+
+} // namespace vak::detail
