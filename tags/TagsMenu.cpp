@@ -41,7 +41,8 @@ unsigned int Track(const std::vector<detail::TagMenuItem>& items, CPoint point)
 CString CTags::DoPopupMenu(CPoint screenPoint, unsigned int menuFlags, const TagClasses* listed,
                            const TagClasses* leftOut, int* result) const
 {
-    const detail::TagMenu menu = detail::MakeTagMenu(*this, menuFlags, listed, leftOut);
+    const detail::TagMenu menu =
+        detail::MakeTagMenu(detail::SelectMenuTags(*this, menuFlags, listed, leftOut), menuFlags);
     const unsigned int command = Track(menu.root.items, screenPoint);
     if (result && command == 0)
         *result = tagmenu::Cancelled;

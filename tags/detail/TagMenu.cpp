@@ -27,51 +27,34 @@ bool ComesBefore(const TagMenuItem& a, const TagMenuItem& b)
     return order != 0 ? order < 0 : a.text.Compare(b.text) < 0;
 }
 
+bool IsIn(const CTags::TagClasses* classes, const CTagInfo& tag)
+{
+    return classes && classes->IsFound(tag.GetTagClass());
+}
+
 /// Makes the items of one menu.
 class Builder
 {
 public:
-    Builder(unsigned int flags, const CTags::TagClasses* listed, const CTags::TagClasses* leftOut)
-        : m_isRestricted((flags & tagmenu::Restricted) != 0), m_listed(listed), m_leftOut(leftOut)
-    {
-    }
+    explicit Builder(unsigned int flags) : m_flags(flags) {}
 
-    void AddTags(const CTags& tags);
-    TagMenu Finish(unsigned int flags);
+    void Add(std::vector<TagMenuEntry> entries);
+    TagMenu Finish();
 
 private:
-    /// A tag on its way into the menu of its class.
-    struct Placed
-    {
-        CString path;
-        CTagInfo tag;
-    };
-
-    bool IsWanted(const CTagInfo& tag) const;
+    bool IsRestricted() const { return (m_flags & tagmenu::Restricted) != 0; }
     bool HasParameters(const CTagInfo& tag) const;
     TagMenuItem CommandItem(const CString& text, const CString& tag);
     TagMenuItem ItemOf(const CTagInfo& tag);
     static TagMenuItem& MenuAt(TagMenuItem& root, CString path);
 
-    bool m_isRestricted;
-    const CTags::TagClasses* m_listed;
-    const CTags::TagClasses* m_leftOut;
+    unsigned int m_flags;
     TagMenu m_menu;
 };
 
-bool Builder::IsWanted(const CTagInfo& tag) const
-{
-    const unsigned int tagClass = tag.GetTagClass();
-    if (m_leftOut && m_leftOut->IsFound(tagClass))
-        return false;
-    if (m_listed && !m_listed->IsFound(tagClass))
-        return false;
-    return !m_isRestricted || (tag.GetTagFlags() & kTagNotComparable) == 0;
-}
-
 bool Builder::HasParameters(const CTagInfo& tag) const
 {
-    const unsigned int barred = kTagNoParameters | (m_isRestricted ? kTagNoParametersRestricted : 0);
+    const unsigned int barred = kTagNoParameters | (IsRestricted() ? kTagNoParametersRestricted : 0);
     return (tag.GetTagFlags() & barred) == 0;
 }
 
@@ -91,7 +74,7 @@ TagMenuItem Builder::ItemOf(const CTagInfo& tag)
         return CommandItem(item.text, name);
     const CString opened = name.Left(name.GetLength() - 1) + L"(";
     for (const TagParameter& parameter : TagParameters()) {
-        if (parameter.appliesTo != tag.GetTagDataType() || (m_isRestricted && !parameter.IsComparable()))
+        if (parameter.appliesTo != tag.GetTagDataType() || (IsRestricted() && !parameter.IsComparable()))
             continue;
         CString text = TextOf(parameter.friendlyNameId);
         if (parameter.exampleId != 0)
@@ -100,7 +83,6 @@ TagMenuItem Builder::ItemOf(const CTagInfo& tag)
     }
     if (item.items.empty())
         return CommandItem(item.text, name);
-    std::stable_sort(item.items.begin(), item.items.end(), &ComesBefore);
     return item;
 }
 
@@ -122,33 +104,24 @@ TagMenuItem& Builder::MenuAt(TagMenuItem& root, CString path)
     return *menu;
 }
 
-void Builder::AddTags(const CTags& tags)
+void Builder::Add(std::vector<TagMenuEntry> entries)
 {
-    std::vector<Placed> placed;
-    CString name;
-    CTagInfo tag;
-    for (POSITION position = tags.GetFirstTag(); position;) {
-        tags.GetNextTag(position, name, tag);
-        if (IsWanted(tag))
-            placed.push_back({tag.GetClassName(), tag});
-    }
-    // By class, so that each menu is looked up once and commands do not depend on the table's order.
-    std::sort(placed.begin(), placed.end(), [](const Placed& a, const Placed& b) {
-        const int order = a.path.Compare(b.path);
+    // By class, so that each menu is looked up once; by name, so that commands do not depend on a table's
+    // order.
+    std::sort(entries.begin(), entries.end(), [](const TagMenuEntry& a, const TagMenuEntry& b) {
+        const int order = a.className.Compare(b.className);
         return order != 0 ? order < 0 : a.tag.m_tagName.Compare(b.tag.m_tagName) < 0;
     });
-    for (auto first = placed.begin(); first != placed.end();) {
-        const auto end =
-            std::find_if(first, placed.end(), [&](const Placed& p) { return p.path != first->path; });
-        std::vector<TagMenuItem> items;
-        for (; first != end; ++first)
-            items.push_back(ItemOf(first->tag));
-        auto& into = MenuAt(m_menu.root, std::prev(end)->path).items;
-        std::move(items.begin(), items.end(), std::back_inserter(into));
+    TagMenuItem* menu = nullptr;
+    const CString* className = nullptr;
+    for (const TagMenuEntry& entry : entries) {
+        if (!className || *className != entry.className)
+            menu = &MenuAt(m_menu.root, entry.className);
+        className = &entry.className;
+        menu->items.push_back(ItemOf(entry.tag));
     }
 }
 
-/// Sorts the menus of classes, and what they hold, but not those of parameters, which are sorted.
 void SortMenus(TagMenuItem& menu)
 {
     std::stable_sort(menu.items.begin(), menu.items.end(), &ComesBefore);
@@ -156,18 +129,18 @@ void SortMenus(TagMenuItem& menu)
         SortMenus(item);
 }
 
-TagMenu Builder::Finish(unsigned int flags)
+TagMenu Builder::Finish()
 {
     auto& items = m_menu.root.items;
     SortMenus(m_menu.root);
     const TagMenuItem line;
-    if (flags & tagmenu::NoCriteria) {
+    if (m_flags & tagmenu::NoCriteria) {
         if (!items.empty())
             items.insert(items.begin(), line);
         items.insert(items.begin(), CommandItem(TextOf(IDS_TAG_NO_CRITERIA), {}));
         m_menu.noCriteria = items.front().command;
     }
-    if (flags & tagmenu::AllTags) {
+    if (m_flags & tagmenu::AllTags) {
         if (!items.empty())
             items.push_back(line);
         items.push_back(CommandItem(TextOf(IDS_TAG_ALL), L"<alltags>"));
@@ -183,12 +156,27 @@ CString TagMenu::TagOf(unsigned int command) const
     return command == 0 || command > tags.size() ? CString() : tags[command - 1];
 }
 
-TagMenu MakeTagMenu(const CTags& tags, unsigned int menuFlags, const CTags::TagClasses* listed,
-                    const CTags::TagClasses* leftOut)
+std::vector<TagMenuEntry> SelectMenuTags(const CTags& tags, unsigned int menuFlags,
+                                         const CTags::TagClasses* listed, const CTags::TagClasses* leftOut)
 {
-    Builder builder(menuFlags, listed, leftOut);
-    builder.AddTags(tags);
-    return builder.Finish(menuFlags);
+    const unsigned int barred = menuFlags & tagmenu::Restricted ? kTagNotComparable : 0;
+    std::vector<TagMenuEntry> selected;
+    CString name;
+    CTagInfo tag;
+    for (POSITION position = tags.GetFirstTag(); position;) {
+        tags.GetNextTag(position, name, tag);
+        const bool isWanted = (!listed || IsIn(listed, tag)) && !IsIn(leftOut, tag);
+        if (isWanted && (tag.GetTagFlags() & barred) == 0)
+            selected.push_back({tag.GetClassName(), tag});
+    }
+    return selected;
+}
+
+TagMenu MakeTagMenu(std::vector<TagMenuEntry> entries, unsigned int menuFlags)
+{
+    Builder builder(menuFlags);
+    builder.Add(std::move(entries));
+    return builder.Finish();
 }
 
 CString TagMenuText(const CString& text)

@@ -29,16 +29,26 @@ struct TagMenu
     std::vector<CString> tags;
 
     /// Empty for no command.
-    CString TagOf(unsigned int command) const;
+    VAK_INTERNAL_API CString TagOf(unsigned int command) const;
 };
 
 /// Class names nest menus at each "//", this many at most; what is deeper stays in the innermost name.
 constexpr int kDeepestTagMenu = 16;
 
-/// Makes the menu of the tags in `tags`; arguments as for CTags::DoPopupMenu. Menus and tags stand sorted
-/// within one another; texts are those of the current language.
-VAK_INTERNAL_API TagMenu MakeTagMenu(const CTags& tags, unsigned int menuFlags,
-                                     const CTags::TagClasses* listed, const CTags::TagClasses* leftOut);
+/// A tag and the name of its class.
+struct TagMenuEntry
+{
+    CString className;
+    CTagInfo tag;
+};
+
+/// The tags that the menu has; arguments as for CTags::DoPopupMenu. Class names are in the current language.
+VAK_INTERNAL_API std::vector<TagMenuEntry> SelectMenuTags(const CTags& tags, unsigned int menuFlags,
+                                                          const CTags::TagClasses* listed,
+                                                          const CTags::TagClasses* leftOut);
+
+/// Makes the menu of these tags. Menus and tags stand sorted within one another, without regard to case.
+VAK_INTERNAL_API TagMenu MakeTagMenu(std::vector<TagMenuEntry> entries, unsigned int menuFlags);
 
 /// The text as a menu takes it: an ampersand underlines no letter, a tab begins no column of keys.
 VAK_INTERNAL_API CString TagMenuText(const CString& text);
