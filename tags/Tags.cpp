@@ -63,6 +63,17 @@ CString Lowered(const CString& name)
     return lowered.MakeLower();
 }
 
+CTagInfo Describe(const CString& name, unsigned int flags, unsigned int tagClass, unsigned int tagId,
+                  unsigned int classNameId)
+{
+    CTagInfo tag(tagClass, tagId);
+    tag.m_tagName = Lowered(name);
+    tag.m_dataType = vak::TagKind(flags);
+    tag.m_flags = flags;
+    tag.m_classNameId = classNameId;
+    return tag;
+}
+
 /// A slot as a position, which is null for none.
 POSITION ToPosition(unsigned int slot)
 {
@@ -121,12 +132,8 @@ int CTags::InsertTag(const CString& name, unsigned int flags, unsigned int tagCl
                      unsigned int friendlyNameId, unsigned int classNameId, TagCallback callback,
                      void* callbackData)
 {
-    CTagInfo tag(tagClass, tagId);
-    tag.m_tagName = Lowered(name);
-    tag.m_dataType = vak::TagKind(flags);
-    tag.m_flags = flags;
+    CTagInfo tag = Describe(name, flags, tagClass, tagId, classNameId);
     tag.m_friendlyNameId = friendlyNameId;
-    tag.m_classNameId = classNameId;
     tag.m_callback = callback;
     tag.m_callbackData = callbackData;
     return Register(tag);
@@ -136,12 +143,8 @@ int CTags::InsertTag(const CString& name, unsigned int flags, unsigned int tagCl
                      const CString& friendlyName, unsigned int classNameId, TagCallback callback,
                      void* callbackData)
 {
-    CTagInfo tag(tagClass, tagId);
-    tag.m_tagName = Lowered(name);
-    tag.m_dataType = vak::TagKind(flags);
-    tag.m_flags = flags;
+    CTagInfo tag = Describe(name, flags, tagClass, tagId, classNameId);
     tag.SetFriendlyName(friendlyName);
-    tag.m_classNameId = classNameId;
     tag.m_callback = callback;
     tag.m_callbackData = callbackData;
     return Register(tag);
@@ -267,6 +270,14 @@ int CTags::CanCompareTag(const CString& tag) const
         return 0;
     const detail::TagParameter* const last = LastParameterOf(info);
     return ((last != nullptr ? last->yieldWord : info.m_flags) & vak::kTagNotComparable) == 0;
+}
+
+int CTags::GetDataFromTag(CTagInfo& info, CTagValue& value, _TAGDATA_INFO wanted) const
+{
+    if (info.m_callback == nullptr || info.m_callback(info, value, wanted) == 0)
+        return 0;
+    value.HandleParametersAndConvertToType(wanted, info.m_parameters);
+    return 1;
 }
 
 void CTags::StartScan(const CString& text)

@@ -1,0 +1,180 @@
+#include "framework/base/StringTable.h"
+#include "framework/base/Time.h"
+#include "tests/support/Print.h"
+#include "tests/support/TagEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <barrier>
+#include <thread>
+#include <vector>
+
+using vak::test::DataOf;
+using vak::test::Expand;
+
+namespace {
+
+int GiveDate(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
+{
+    value.SetDate(CTime(2003, 9, 1, 10, 0, 0));
+    return 1;
+}
+
+int GiveSize(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
+{
+    value.SetFileSize(1536);
+    return 1;
+}
+
+int GiveTruth(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
+{
+    value.SetBool(1);
+    return 1;
+}
+
+int GiveColor(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
+{
+    value.SetColor(0x030201);
+    return 1;
+}
+
+int GiveNothing(CTagInfo&, CTagValue&, _TAGDATA_INFO)
+{
+    return 0;
+}
+
+CTags SomeTags()
+{
+    CTags tags;
+    tags.InsertTag(L"<name>", TAGDATA_TEXT, 'DEMO', 'NAME', 0, 0, vak::test::GiveText, DataOf(L"Jo"));
+    tags.InsertTag(L"<\x00C9t\x00C9>", TAGDATA_TEXT, 'DEMO', 'SUMM', 0, 0, vak::test::GiveText,
+                   DataOf(L"\x2600"));
+    tags.InsertTag(L"<file>", TAGDATA_FILENAME, 'DEMO', 'FILE', 0, 0, vak::test::GivePath,
+                   DataOf(L"C:\\tmp\\Example.JPG"));
+    tags.InsertTag(L"<when>", TAGDATA_DATE, 'DEMO', 'WHEN', 0, 0, GiveDate, nullptr);
+    tags.InsertTag(L"<bytes>", TAGDATA_FILESIZE, 'DEMO', 'SIZE', 0, 0, GiveSize, nullptr);
+    tags.InsertTag(L"<true>", TAGDATA_BOOL, 'DEMO', 'TRUE', 0, 0, GiveTruth, nullptr);
+    tags.InsertTag(L"<color>", TAGDATA_COLOR, 'DEMO', 'COLO', 0, 0, GiveColor, nullptr);
+    tags.InsertTag(L"<none>", TAGDATA_TEXT, 'DEMO', 'NONE', 0, 0, GiveNothing, nullptr);
+    return tags;
+}
+
+CString Repeated(const CString& text, int count)
+{
+    CString all;
+    all.Preallocate(text.GetLength() * count);
+    for (int i = 0; i < count; ++i)
+        all += text;
+    return all;
+}
+
+} // namespace
+
+TEST(TagScan, PutsValuesInPlaceOfTagsAndKeepsEverythingElse)
+{
+    struct Row
+    {
+        CString text;
+        CString expanded;
+    };
+    const Row rows[] = {
+        {L"", L""},
+        {L"<Name>", L"Jo"},
+        {L"Dear < nA  Me >,", L"Dear Jo,"},
+        {L"<\x00E9T\x00E9>", L"\x2600"},
+        {L"<name><name> <none>.", L"JoJo ."},
+        {L"< File ( ShortName ) >-<file(Ext)>", L"Example-.JPG"},
+        {L"<file(path(topdir))>", L"tmp"},
+        {L"<file>", L"C:\\tmp\\Example.JPG"},
+        {L"<Other><FILE (name) > <Other(Ext)>", L"<Other>Example.JPG <Other(Ext)>"},
+        {L"a<b", L"a<b"},
+        {L"a > b < c", L"a > b < c"},
+        {L"<<name>>", L"<Jo>"},
+        {L"<name(<name>)>", L"<name(Jo)>"},
+        {L"<name", L"<name"},
+        {L"<>< ><(ext)>", L"<>< ><(ext)>"},
+        {L"<\tname>", L"<\tname>"},
+        {CString(L"a\0<name>\0<\0>", 13), CString(L"a\0Jo\0<\0>", 9)},
+    };
+    CTags tags = SomeTags();
+    for (const Row& row : rows)
+        EXPECT_EQ(Expand(tags, row.text), row.expanded);
+}
+
+TEST(TagScan, StopsAtEachTagAndEndsOnce)
+{
+    CTags tags = SomeTags();
+    CString out(L":");
+    CTagInfo info('KEPT', 'KEPT');
+    EXPECT_EQ(tags.Scan(out, info), 0);
+    EXPECT_EQ(info.GetTagID(), unsigned{'KEPT'}) << "without a scan";
+    tags.StartScan(L"a<b<Name ( D + H )>c");
+    ASSERT_EQ(tags.Scan(out, info), 1);
+    EXPECT_EQ(out, L":a<b");
+    EXPECT_EQ(info.GetTagID(), unsigned{'NAME'});
+    EXPECT_EQ(info.GetTagName(), L"<name>");
+    EXPECT_EQ(info.GetParameters(), L"(d+h)");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(tags.Scan(out, info), 0);
+        EXPECT_EQ(out, L":a<bc");
+        EXPECT_EQ(info.GetTagID(), 0u);
+        EXPECT_EQ(info.GetTagName() + info.GetParameters(), L"");
+    }
+    tags.StartScan(L"<file(ext)><name>");
+    tags.Scan(out, info);
+    tags.StartScan(L"<name>");
+    ASSERT_EQ(tags.Scan(out, info), 1);
+    EXPECT_EQ(info.GetParameters(), L"") << "of the tag before";
+    CTags copy(tags);
+    EXPECT_EQ(copy.Scan(out, info), 0) << "a copy scans for itself";
+}
+
+TEST(TagScan, ExpandsReportsInBothLanguages)
+{
+    const CString report = L"<file(name)> (<Bytes>), <When(D+T)>, <when>\r\n<TRUE> / <Color> / <when(d+h+t)>";
+    CTags tags = SomeTags();
+    vak::SetTextLanguage(1033);
+    EXPECT_EQ(Expand(tags, report), L"?");
+    vak::SetTextLanguage(1036);
+    EXPECT_EQ(Expand(tags, report), L"?");
+}
+
+TEST(TagScan, TakesLinearTimeWhateverTheBrackets)
+{
+    // Looked for anew from every "<", the one ">" would take hours to find.
+    CTags tags = SomeTags();
+    const CString openings = CString(L'<', 3000000) + L">";
+    EXPECT_EQ(Expand(tags, openings), openings);
+    const CString candidates =
+        Repeated(L"<" + CString(L'n', 30) + L">", 100000) + L"<" + CString(L' ', 3000000);
+    EXPECT_EQ(Expand(tags, candidates + L">"), candidates + L">");
+    const CString line = L"A line of a report, forty-eight units long: <name>\n";
+    const CString expanded = L"A line of a report, forty-eight units long: Jo\n";
+    EXPECT_EQ(Expand(tags, Repeated(line, 100000)), Repeated(expanded, 100000));
+}
+
+TEST(TagScan, LetsEightThreadsScanWithOneEngine)
+{
+    constexpr int kThreads = 8;
+    CTags tags = SomeTags();
+    std::barrier start(kThreads);
+    std::vector<CString> results(kThreads);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&, i] {
+            CString text;
+            text.Format(L"%d <name> <file(ext)> <other>\n", i);
+            text = Repeated(text, 50);
+            start.arrive_and_wait();
+            for (int round = 0; round < 20; ++round)
+                results[std::size_t(i)] = Expand(tags, text);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (int i = 0; i < kThreads; ++i) {
+        CString line;
+        line.Format(L"%d Jo .JPG <other>\n", i);
+        EXPECT_EQ(results[std::size_t(i)], Repeated(line, 50));
+    }
+}
