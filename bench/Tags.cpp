@@ -1,0 +1,173 @@
+#include "tags/Tags.h"
+
+#define PCRE2_CODE_UNIT_WIDTH 16
+#include <benchmark/benchmark.h>
+#include <ctemplate/template.h>
+#include <pcre2.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+/// One pass from a template to its expansion: ours, a regular expression in machine code with a table of
+/// values beside it, and a template library, whose template is parsed before.
+
+namespace {
+
+constexpr int kTags = 20000;
+constexpr int kNames = 200;
+/// A megabyte of UTF-16.
+constexpr std::size_t kUnits = 512 * 1024;
+
+struct Tag
+{
+    std::string name;
+    std::string value;
+};
+
+const std::vector<Tag>& AllTags()
+{
+    static const std::vector<Tag> tags = [] {
+        constexpr const char* kWords[] = {"file", "title",  "author", "width", "date",
+                                          "size", "camera", "note",   "lens",  "place"};
+        std::vector<Tag> made;
+        for (int i = 0; i < kNames; ++i) {
+            const std::string number = std::to_string(i);
+            made.push_back({kWords[i % 10] + number, "value of " + number});
+        }
+        return made;
+    }();
+    return tags;
+}
+
+/// The template, with `open` and `close` around the names.
+std::string MakeTemplate(const char* open, const char* close)
+{
+    std::mt19937 random(1);
+    std::string text;
+    std::size_t plain = 0;
+    for (int i = 0; i < kTags; ++i) {
+        const Tag& tag = AllTags()[random() % kNames];
+        const std::size_t end = kUnits * static_cast<std::size_t>(i + 1) / kTags;
+        // Tags count as they are in "<...>", so that the text around them is the same for all.
+        plain += tag.name.size() + 2;
+        for (; plain < end; ++plain)
+            text += static_cast<char>(random() % 6 == 0 ? ' ' : 'a' + random() % 26);
+        text += open + tag.name + close;
+    }
+    return text;
+}
+
+int GiveValue(CTagInfo& tag, CTagValue& value, _TAGDATA_INFO)
+{
+    value.SetText(*static_cast<const CString*>(tag.GetCallbackData()));
+    return 1;
+}
+
+void CountTags(benchmark::State& state, std::size_t length)
+{
+    state.counters["length"] = static_cast<double>(length);
+    state.SetItemsProcessed(state.iterations() * kTags);
+}
+
+void Ours(benchmark::State& state)
+{
+    const CString text(MakeTemplate("<", ">").c_str());
+    std::vector<CString> values;
+    for (const Tag& tag : AllTags())
+        values.emplace_back(tag.value.c_str());
+    CTags tags;
+    for (unsigned int i = 0; i < kNames; ++i)
+        tags.InsertTag(CString(("<" + AllTags()[i].name + ">").c_str()), TAGDATA_TEXT, 'BNCH', i, 0, 0,
+                       GiveValue, &values[i]);
+    std::size_t length = 0;
+    for (auto _ : state) {
+        CString out;
+        CTagInfo info;
+        CTagValue value;
+        tags.StartScan(text);
+        while (tags.Scan(out, info) != 0) {
+            if (tags.GetDataFromTag(info, value, TAGDATA_TEXT) != 0)
+                out += value.GetText();
+        }
+        length = static_cast<std::size_t>(out.GetLength());
+    }
+    CountTags(state, length);
+}
+
+std::u16string Widen(const std::string& text)
+{
+    return std::u16string(text.begin(), text.end());
+}
+
+struct ViewHash
+{
+    using is_transparent = void;
+    std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
+};
+
+void RegularExpression(benchmark::State& state)
+{
+    const std::u16string text = Widen(MakeTemplate("<", ">"));
+    std::unordered_map<std::u16string, std::u16string, ViewHash, std::equal_to<>> values;
+    for (const Tag& tag : AllTags())
+        values.emplace(Widen(tag.name), Widen(tag.value));
+    const std::u16string pattern = u"<([^<>]*)>";
+    int error = 0;
+    PCRE2_SIZE offset = 0;
+    pcre2_code_16* const code = pcre2_compile_16(reinterpret_cast<PCRE2_SPTR16>(pattern.data()),
+                                                 pattern.size(), 0, &error, &offset, nullptr);
+    if (code == nullptr || pcre2_jit_compile_16(code, PCRE2_JIT_COMPLETE) != 0)
+        std::abort();
+    pcre2_match_data_16* const match = pcre2_match_data_create_from_pattern_16(code, nullptr);
+    const auto* const units = reinterpret_cast<PCRE2_SPTR16>(text.data());
+    const PCRE2_SIZE* const at = pcre2_get_ovector_pointer_16(match);
+    std::size_t length = 0;
+    for (auto _ : state) {
+        std::u16string out;
+        std::size_t done = 0;
+        std::size_t from = 0;
+        while (pcre2_jit_match_16(code, units, text.size(), from, 0, match, nullptr) > 0) {
+            from = at[1];
+            const auto found = values.find(std::u16string_view(text).substr(at[2], at[3] - at[2]));
+            if (found == values.end())
+                continue;
+            out.append(text, done, at[0] - done);
+            out.append(found->second);
+            done = at[1];
+        }
+        out.append(text, done);
+        length = out.size();
+    }
+    CountTags(state, length);
+    pcre2_match_data_free_16(match);
+    pcre2_code_free_16(code);
+}
+
+void ParsedTemplate(benchmark::State& state)
+{
+    const std::string text = MakeTemplate("{{", "}}");
+    ctemplate::Template* const parsed = ctemplate::Template::StringToTemplate(text, ctemplate::DO_NOT_STRIP);
+    ctemplate::TemplateDictionary values("values");
+    for (const Tag& tag : AllTags())
+        values.SetValue(tag.name, tag.value);
+    std::size_t length = 0;
+    for (auto _ : state) {
+        std::string out;
+        if (!parsed->Expand(&out, &values))
+            std::abort();
+        length = out.size();
+    }
+    CountTags(state, length);
+    delete parsed;
+}
+
+BENCHMARK(Ours)->Name("tags/expand/20k/vak")->Unit(benchmark::kMicrosecond);
+BENCHMARK(RegularExpression)->Name("tags/expand/20k/pcre2-16-jit")->Unit(benchmark::kMicrosecond);
+BENCHMARK(ParsedTemplate)->Name("tags/expand/20k/ctemplate-parsed")->Unit(benchmark::kMicrosecond);
+
+} // namespace
