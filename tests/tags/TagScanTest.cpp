@@ -134,9 +134,13 @@ TEST(TagScan, ExpandsReportsInBothLanguages)
     const CString report = L"<file(name)> (<Bytes>), <When(D+T)>, <when>\r\n<TRUE> / <Color> / <when(d+h+t)>";
     CTags tags = SomeTags();
     vak::SetTextLanguage(1033);
-    EXPECT_EQ(Expand(tags, report), L"?");
+    EXPECT_EQ(Expand(tags, report),
+              L"Example.JPG (1.50 KB), Monday 1 September 2003, 01/09/2003 10:00\r\n"
+              L"True / R :  1  G : 2  B : 3 / Monday 1 September 2003 10:00");
     vak::SetTextLanguage(1036);
-    EXPECT_EQ(Expand(tags, report), L"?");
+    EXPECT_EQ(Expand(tags, report),
+              L"Example.JPG (1,50 Ko), Lundi 1er Septembre 2003, 01/09/2003 10:00\r\n"
+              L"Vrai / R :  1  V : 2  B : 3 / Lundi 1er Septembre 2003 10:00");
 }
 
 TEST(TagScan, TakesLinearTimeWhateverTheBrackets)
