@@ -2,6 +2,7 @@
 
 #include "framework/base/StringTable.h"
 #include "resources/Ids.h"
+#include "tags/detail/ParameterChain.h"
 #include "tags/detail/TagParameterTable.h"
 #include "tags/detail/TagText.h"
 
@@ -85,11 +86,13 @@ unsigned int ToSlot(POSITION position)
     return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(position)) - 1;
 }
 
-/// The known parameter that a chain ends in, or null.
+/// The parameter that the tag's chain ends in, or null when there is none or it is unknown.
 const detail::TagParameter* LastParameterOf(const CTagInfo& tag)
 {
-    return tag.m_parameters.IsEmpty() ? nullptr
-                                      : detail::FindTagParameter(detail::LastTagParameter(tag.m_parameters));
+    CString last;
+    for (detail::ParameterChain chain(tag.m_parameters); chain.Next(last);) {
+    }
+    return detail::FindTagParameter(last);
 }
 
 } // namespace

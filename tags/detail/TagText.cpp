@@ -96,24 +96,4 @@ void SplitTag(const CString& tag, CString& name, CString& parameters)
     ReadTagParameters(tag.GetString() + nameEnd, length - nameEnd, parameters);
 }
 
-CString LastTagParameter(const CString& parameters)
-{
-    const wchar_t* const text = parameters;
-    const wchar_t* first = text;
-    const wchar_t* end = text + parameters.GetLength();
-    const wchar_t* lastFirst = end;
-    const wchar_t* lastEnd = end;
-    for (;;) {
-        first = std::find(first, end, L'(');
-        while (end != first && end[-1] != L')')
-            --end;
-        if (first == end)
-            break;
-        lastFirst = ++first;
-        lastEnd = --end;
-    }
-    lastEnd = std::find(lastFirst, lastEnd, L'(');
-    return CString(lastFirst, static_cast<int>(lastEnd - lastFirst));
-}
-
 } // namespace vak::detail

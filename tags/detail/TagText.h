@@ -33,8 +33,4 @@ void ReadTagParameters(const wchar_t* text, std::size_t length, CString& paramet
 /// The name and the parameters of a whole tag; the parameters are empty when it has none.
 VAK_INTERNAL_API void SplitTag(const CString& tag, CString& name, CString& parameters);
 
-/// The last parameter of a chain: "d+h" of "(lastwritedate(d+h))". The brackets pair up from the outside in,
-/// the first "(" with the last ")", as when the chain is applied. Empty when there is no pair.
-VAK_INTERNAL_API CString LastTagParameter(const CString& parameters);
-
 } // namespace vak::detail

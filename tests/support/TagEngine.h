@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/base/Time.h"
 #include "tags/Tags.h"
 
 namespace vak::test {
@@ -13,23 +14,39 @@ inline const CTags& ConditionalTags()
     return tags;
 }
 
-/// A callback whose data is the text of the tag.
-inline int GiveText(CTagInfo& tag, CTagValue& value, _TAGDATA_INFO)
+/// A callback that has a value of every kind; texts and paths are the tag's data.
+inline int GiveValue(CTagInfo& tag, CTagValue& value, _TAGDATA_INFO)
 {
-    value.SetText(static_cast<const wchar_t*>(tag.GetCallbackData()));
+    const auto* text = static_cast<const wchar_t*>(tag.GetCallbackData());
+    switch (tag.GetTagDataType()) {
+    case TAGDATA_TEXT:
+        value.SetText(text);
+        break;
+    case TAGDATA_FILENAME:
+        value.SetFilename(text);
+        break;
+    case TAGDATA_DATE:
+        value.SetDate(CTime(2003, 9, 1, 10, 0, 0));
+        break;
+    case TAGDATA_FILESIZE:
+        value.SetFileSize(1536);
+        break;
+    case TAGDATA_BOOL:
+        value.SetBool(1);
+        break;
+    case TAGDATA_COLOR:
+        value.SetColor(0x030201);
+        break;
+    default:
+        return 0;
+    }
     return 1;
 }
 
-/// A callback whose data is the path of the tag.
-inline int GivePath(CTagInfo& tag, CTagValue& value, _TAGDATA_INFO)
+inline void Insert(CTags& tags, const wchar_t* name, unsigned int kind, unsigned int id,
+                   const wchar_t* text = L"")
 {
-    value.SetFilename(static_cast<const wchar_t*>(tag.GetCallbackData()));
-    return 1;
-}
-
-inline void* DataOf(const wchar_t* text)
-{
-    return const_cast<wchar_t*>(text);
+    tags.InsertTag(name, kind, 'DEMO', id, 0, 0, GiveValue, const_cast<wchar_t*>(text));
 }
 
 /// A plain template with the values of its tags; what is no text has none.

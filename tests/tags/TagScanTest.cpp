@@ -1,5 +1,4 @@
 #include "framework/base/StringTable.h"
-#include "framework/base/Time.h"
 #include "tests/support/Print.h"
 #include "tests/support/TagEngine.h"
 
@@ -9,53 +8,22 @@
 #include <thread>
 #include <vector>
 
-using vak::test::DataOf;
 using vak::test::Expand;
+using vak::test::Insert;
 
 namespace {
-
-int GiveDate(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
-{
-    value.SetDate(CTime(2003, 9, 1, 10, 0, 0));
-    return 1;
-}
-
-int GiveSize(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
-{
-    value.SetFileSize(1536);
-    return 1;
-}
-
-int GiveTruth(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
-{
-    value.SetBool(1);
-    return 1;
-}
-
-int GiveColor(CTagInfo&, CTagValue& value, _TAGDATA_INFO)
-{
-    value.SetColor(0x030201);
-    return 1;
-}
-
-int GiveNothing(CTagInfo&, CTagValue&, _TAGDATA_INFO)
-{
-    return 0;
-}
 
 CTags SomeTags()
 {
     CTags tags;
-    tags.InsertTag(L"<name>", TAGDATA_TEXT, 'DEMO', 'NAME', 0, 0, vak::test::GiveText, DataOf(L"Jo"));
-    tags.InsertTag(L"<\x00C9t\x00C9>", TAGDATA_TEXT, 'DEMO', 'SUMM', 0, 0, vak::test::GiveText,
-                   DataOf(L"\x2600"));
-    tags.InsertTag(L"<file>", TAGDATA_FILENAME, 'DEMO', 'FILE', 0, 0, vak::test::GivePath,
-                   DataOf(L"C:\\tmp\\Example.JPG"));
-    tags.InsertTag(L"<when>", TAGDATA_DATE, 'DEMO', 'WHEN', 0, 0, GiveDate, nullptr);
-    tags.InsertTag(L"<bytes>", TAGDATA_FILESIZE, 'DEMO', 'SIZE', 0, 0, GiveSize, nullptr);
-    tags.InsertTag(L"<true>", TAGDATA_BOOL, 'DEMO', 'TRUE', 0, 0, GiveTruth, nullptr);
-    tags.InsertTag(L"<color>", TAGDATA_COLOR, 'DEMO', 'COLO', 0, 0, GiveColor, nullptr);
-    tags.InsertTag(L"<none>", TAGDATA_TEXT, 'DEMO', 'NONE', 0, 0, GiveNothing, nullptr);
+    Insert(tags, L"<name>", TAGDATA_TEXT, 'NAME', L"Jo");
+    Insert(tags, L"<\x00C9t\x00C9>", TAGDATA_TEXT, 'SUMM', L"\x2600");
+    Insert(tags, L"<file>", TAGDATA_FILENAME, 'FILE', L"C:\\tmp\\Example.JPG");
+    Insert(tags, L"<when>", TAGDATA_DATE, 'WHEN');
+    Insert(tags, L"<bytes>", TAGDATA_FILESIZE, 'SIZE');
+    Insert(tags, L"<true>", TAGDATA_BOOL, 'TRUE');
+    Insert(tags, L"<color>", TAGDATA_COLOR, 'COLO');
+    Insert(tags, L"<none>", TAGDATA_NONE, 'NONE');
     return tags;
 }
 
@@ -134,13 +102,11 @@ TEST(TagScan, ExpandsReportsInBothLanguages)
     const CString report = L"<file(name)> (<Bytes>), <When(D+T)>, <when>\r\n<TRUE> / <Color> / <when(d+h+t)>";
     CTags tags = SomeTags();
     vak::SetTextLanguage(1033);
-    EXPECT_EQ(Expand(tags, report),
-              L"Example.JPG (1.50 KB), Monday 1 September 2003, 01/09/2003 10:00\r\n"
-              L"True / R :  1  G : 2  B : 3 / Monday 1 September 2003 10:00");
+    EXPECT_EQ(Expand(tags, report), L"Example.JPG (1.50 KB), Monday 1 September 2003, 01/09/2003 10:00\r\n"
+                                    L"True / R :  1  G : 2  B : 3 / Monday 1 September 2003 10:00");
     vak::SetTextLanguage(1036);
-    EXPECT_EQ(Expand(tags, report),
-              L"Example.JPG (1,50 Ko), Lundi 1er Septembre 2003, 01/09/2003 10:00\r\n"
-              L"Vrai / R :  1  V : 2  B : 3 / Lundi 1er Septembre 2003 10:00");
+    EXPECT_EQ(Expand(tags, report), L"Example.JPG (1,50 Ko), Lundi 1er Septembre 2003, 01/09/2003 10:00\r\n"
+                                    L"Vrai / R :  1  V : 2  B : 3 / Lundi 1er Septembre 2003 10:00");
 }
 
 TEST(TagScan, TakesLinearTimeWhateverTheBrackets)
