@@ -115,11 +115,11 @@
 #define IDS_BATCH_RESULTS 1600 /* the destination entry that a batch begins with */
 #define IDS_BATCH_WANTS_RELATIVE 1601
 #define IDS_BATCH_WANTS_FOLDER 1602
-/* where the files are created; one argument each, the folder or the entry, and the source folder as the second */
+/* where the files are created; the argument is the folder or the entry, the second the source folder */
 #define IDS_BATCH_IN_FOLDER 1610
 #define IDS_BATCH_BESIDE_SOURCES 1611 /* no argument */
 #define IDS_BATCH_IN_FOLDER_TREE 1612
-#define IDS_BATCH_IN_SUBFOLDER_OF 1613      /* two arguments */
+#define IDS_BATCH_IN_SUBFOLDER_OF 1613       /* two arguments */
 #define IDS_BATCH_IN_SUBFOLDERS_OF_TREE 1614 /* two arguments */
 #define IDS_BATCH_IN_SUBFOLDERS 1615
 /* 1700: zip archives; two arguments: the archive's path and the entry's name; in the order of CZipException's

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <exception>
 #include <new>
+#include <vector>
 
 namespace {
 
@@ -77,6 +78,41 @@ CString Describe(const Content& content)
     return text;
 }
 
+/// Makes the result as `path`. Returns the name of a file of it, which is not made then, whose place is
+/// taken; else an empty text.
+CString MakeAs(const CString& path, const Source& source, const Target& target, Content& content,
+               ResultNames& names, Outcome& outcome)
+{
+    const int nameStart = path.ReverseFind(L'\\') + 1;
+    const CString folder = path.Left(nameStart);
+    WorkFolder work(folder);
+    if (!work.IsReady()) {
+        outcome.failure = L"nothing can be written in " + folder;
+        return {};
+    }
+    CFileIo output(CFileNameSpec(work.Path() + path.Mid(nameStart), target.fileClass),
+                   FILE_PARSER_SILENT | FILE_PARSER_NO_PREFERENCES, nullptr);
+    output.GetCustomData() = target.parameters;
+    outcome.failure = Run(output, content);
+    if (!outcome.failure.IsEmpty())
+        return {};
+    output.CloseParser();
+    const std::vector<CString> files = work.Files(path.Mid(nameStart));
+    for (const CString& file : files) {
+        if (!names.IsTaken(folder + file, source.path))
+            continue;
+        outcome.failure = file + L" is in the way";
+        return file;
+    }
+    outcome.bytes = work.MoveOut(files, names.MayReplace(), outcome.failure);
+    if (!outcome.failure.IsEmpty())
+        return {};
+    for (const CString& file : files)
+        names.Take(folder + file);
+    outcome.result = path;
+    return {};
+}
+
 void ConvertInto(const Source& source, const Target& target, const CString& destination, ResultNames& names,
                  Outcome& outcome)
 {
@@ -88,26 +124,17 @@ void ConvertInto(const Source& source, const Target& target, const CString& dest
         return;
     outcome.contents = Describe(content);
 
-    WorkFolder work(destination);
-    if (!work.IsReady()) {
-        outcome.failure = L"nothing can be written in " + destination;
-        return;
-    }
     const CString wanted = destination + ResultStem(source, content) + target.extension;
-    const CString result = names.FreePath(wanted, source.path);
-    const CString name = result.Mid(destination.GetLength());
-    CFileIo output(CFileNameSpec(work.Path() + name, target.fileClass),
-                   FILE_PARSER_SILENT | FILE_PARSER_NO_PREFERENCES, nullptr);
-    output.GetCustomData() = target.parameters;
-    outcome.failure = Run(output, content);
-    if (!outcome.failure.IsEmpty())
-        return;
-    output.CloseParser();
-    outcome.bytes = work.MoveOut(name, names.MayReplace(), outcome.failure);
-    if (!outcome.failure.IsEmpty())
-        return;
-    names.Take(result);
-    outcome.result = result;
+    CString before;
+    for (;;) {
+        const CString path = names.FreePath(wanted, source.path);
+        const CString taken = MakeAs(path, source, target, content, names, outcome);
+        // A file that has the same name in every attempt does not get another one by the next.
+        if (taken.IsEmpty() || taken == before)
+            return;
+        before = taken;
+        names.Take(path);
+    }
 }
 
 } // namespace

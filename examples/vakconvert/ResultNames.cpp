@@ -3,6 +3,7 @@
 #include "files/FileKinds.h"
 #include "files/FileNames.h"
 #include "files/FilePath.h"
+#include "files/FileSystem.h"
 
 #include <algorithm>
 
@@ -63,9 +64,7 @@ ResultNames::ResultNames(const std::vector<Source>& sources, bool overwrite) : m
 
 CString ResultNames::FreePath(const CString& path, const CString& source) const
 {
-    if (!m_overwrite)
-        return fileCreateUniqueName(path, 1); // what this run made is on the disk, too
-    CString free = path;
+    CString free = m_overwrite ? path : fileCreateUniqueName(path, 1);
     for (ULONGLONG number = 1; IsTaken(free, source); ++number)
         free = Numbered(path, number);
     return free;
@@ -79,7 +78,8 @@ void ResultNames::Take(const CString& path)
 bool ResultNames::IsTaken(const CString& path, const CString& source) const
 {
     const CString key = Key(path);
-    return m_results.IsFound(key) || (m_sources.IsFound(key) && key != Key(source));
+    const bool isForeign = m_sources.IsFound(key) && key != Key(source);
+    return isForeign || m_results.IsFound(key) || (!m_overwrite && fileExists(path));
 }
 
 CString ResultStem(const Source& source, const Content&)

@@ -17,14 +17,14 @@ public:
     ResultNames(const std::vector<Source>& sources, bool overwrite);
 
     bool MayReplace() const { return m_overwrite; }
-    /// Returns `path`, or the first one like it ("a (1).stl") that is free for a result of `source`.
+    /// Whether the path is taken for a result of `source`.
+    bool IsTaken(const CString& path, const CString& source) const;
+    /// Returns `path` or, when that is taken, one like it that is not ("a (1).stl").
     CString FreePath(const CString& path, const CString& source) const;
     /// Keeps the path from the results that follow.
     void Take(const CString& path);
 
 private:
-    bool IsTaken(const CString& path, const CString& source) const;
-
     bool m_overwrite;
     CHashTable<CString> m_sources; ///< lower-case, as the results are
     CHashTable<CString> m_results;

@@ -5,8 +5,6 @@
 #include "files/FileSystem.h"
 #include "files/IoFile.h"
 
-#include <vector>
-
 namespace {
 
 constexpr LPCWSTR kPrefix = L".vakconvert-";
@@ -33,7 +31,7 @@ bool WorkFolder::IsOne(const CString& folder)
     return fileTopDirectory(folder).Find(kPrefix) == 0;
 }
 
-ULONGLONG WorkFolder::MoveOut(const CString& mainName, bool overwrite, CString& failure)
+std::vector<CString> WorkFolder::Files(const CString& mainName) const
 {
     std::vector<CString> names;
     IoFile search;
@@ -46,16 +44,13 @@ ULONGLONG WorkFolder::MoveOut(const CString& mainName, bool overwrite, CString& 
     }
     search.FindFileClose();
     names.push_back(mainName);
+    return names;
+}
 
-    // Nothing is moved when something is in the way of any of them.
-    for (const CString& file : names) {
-        if (!overwrite && fileExists(m_parent + file)) {
-            failure = file + L" exists (--overwrite replaces it)";
-            return 0;
-        }
-    }
+ULONGLONG WorkFolder::MoveOut(const std::vector<CString>& files, bool overwrite, CString& failure)
+{
     ULONGLONG bytes = 0;
-    for (const CString& file : names) {
+    for (const CString& file : files) {
         const ULONGLONG size = fileGetSize(m_path + file);
         if (!MoveFileOut(file, overwrite, failure))
             return 0;

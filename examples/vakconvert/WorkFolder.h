@@ -2,6 +2,8 @@
 
 #include "framework/base/String.h"
 
+#include <vector>
+
 /// A new folder inside an existing one, in which a result is made before it is moved into place; removed with
 /// what is left in it when the object goes.
 class WorkFolder
@@ -20,9 +22,12 @@ public:
     /// The folder, slash-terminated.
     const CString& Path() const { return m_path; }
 
-    /// Moves everything into the parent, `mainName` last, so that whoever sees it sees the files that belong
-    /// to it too. Returns 0 bytes and `failure` set when a file cannot be moved; files moved before stay.
-    ULONGLONG MoveOut(const CString& mainName, bool overwrite, CString& failure);
+    /// The names of the files in it, `mainName` last.
+    std::vector<CString> Files(const CString& mainName) const;
+    /// Moves files into the parent in their order: whoever sees the main one, the last, sees those that
+    /// belong to it too. Returns their size, or 0 and `failure` set when one cannot be moved; files moved
+    /// before stay.
+    ULONGLONG MoveOut(const std::vector<CString>& files, bool overwrite, CString& failure);
 
 private:
     bool MoveFileOut(const CString& name, bool overwrite, CString& failure) const;

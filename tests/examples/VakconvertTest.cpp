@@ -101,6 +101,18 @@ TEST_F(Vakconvert, ResultsOfOneRunNeverReplaceEachOtherNorASource)
     EXPECT_EQ(m_folder.Read("in/a (1).stl").substr(0, 5), "solid") << "a.stl was still to be converted";
 }
 
+TEST_F(Vakconvert, FilesThatBelongToAResultAreKeptApartToo)
+{
+    const std::string painted = std::string("mtllib m.mtl\nusemtl red\n") + kTriangle;
+    m_folder.Write("in/m.mtl", "newmtl red\nKd 1 0 0\n");
+    m_folder.Write("in/a b.obj", painted);
+    m_folder.Write("in/a_b.obj", painted);
+    m_folder.Write("out/a_b.mtl", "mine");
+    EXPECT_EQ(Run(L"--to obj --dest @out @in"), 0u) << m_output;
+    EXPECT_EQ(m_folder.Read("out/a_b.mtl"), "mine");
+    EXPECT_EQ(Made("mtl"), (Names{"in/m.mtl", "out/a_b.mtl", "out/a_b_(1).mtl", "out/a_b_(2).mtl"}));
+}
+
 TEST_F(Vakconvert, ResultsGoWhereTheRulesSayAndAreNotConvertedAgain)
 {
     const std::pair<const wchar_t*, Names> rows[] = {
