@@ -42,9 +42,9 @@ int CheckLimits(const ZipState& state, const ZipEntry& entry)
 template <class Write>
 void ReadData(ZipState& state, const ZipEntry& entry, UINT bufferSize, Write write)
 {
+    detail::ZipEntryStream stream(state.volumes, state.directory, entry, state.inflater, state.path);
     if (const int cause = CheckLimits(state, entry); cause != 0)
         ThrowZip(cause, state.path, ListedName(state, entry));
-    detail::ZipEntryStream stream(state.volumes, state.directory, entry, state.inflater, state.path);
     state.buffer.resize(std::clamp(bufferSize, kSmallestBuffer, kLargestBuffer));
     while (const std::size_t count = stream.Read(state.buffer)) {
         write(std::span<const std::uint8_t>(state.buffer).first(count));

@@ -122,6 +122,7 @@
 #define IDS_BATCH_IN_SUBFOLDER_OF 1613       /* two arguments */
 #define IDS_BATCH_IN_SUBFOLDERS_OF_TREE 1614 /* two arguments */
 #define IDS_BATCH_IN_SUBFOLDERS 1615
+
 /* 1700: zip archives; two arguments: the archive's path and the entry's name; in the order of CZipException's
    causes */
 #define IDS_ZIP_NONE 1700 /* the other causes follow */

@@ -34,7 +34,7 @@ struct ZipEntry
 /// An archive's directory in memory: the records as they are stored, the entries made of them, and look-ups.
 ///
 /// What damages the whole directory is thrown while reading; what concerns one entry is noted in it.
-class ZipDirectory
+class VAK_INTERNAL_API ZipDirectory
 {
 public:
     using Bytes = zip::Bytes;

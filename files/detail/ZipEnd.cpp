@@ -42,6 +42,9 @@ public:
 
     /// 0 when everything that it says can be; else the code of what cannot.
     int Try();
+    /// Whether it is the archive's end record although it was refused: nothing follows it, or it leads to a
+    /// directory. A record further in front would then be that of another archive.
+    bool IsCertain() const { return m_isCertain; }
     const ZipEnd& End() const { return m_end; }
 
 private:
@@ -64,6 +67,7 @@ private:
     zip::Locator64 m_locator;
     zip::End64Record m_record64;
     bool m_has64 = false;
+    bool m_isCertain = false;
     std::uint64_t m_directoryEnd = 0;
     std::uint64_t m_declaredOffset = 0;
     std::uint32_t m_directoryDisk = 0;
@@ -85,6 +89,7 @@ int Candidate::ReadEnd()
         return CZipException::endMissing;
     m_end.commentLength = m_record.commentLength;
     const std::uint64_t behind = m_source.Size() - m_end.record - zip::kEndSize;
+    m_isCertain = m_record.commentLength == behind;
     return m_record.commentLength <= behind ? 0 : int(CZipException::endDamaged);
 }
 
@@ -174,7 +179,9 @@ int Candidate::Place()
     // Something stands in front of the archive, or between the directory and the end. Were both true there
     // would be two directories, of which other tools might show the other one.
     const bool isLast = IsDirectoryAt(last);
-    if (isLast == IsDirectoryAt(declared))
+    const bool isDeclared = IsDirectoryAt(declared);
+    m_isCertain = m_isCertain || isLast || isDeclared;
+    if (isLast == isDeclared)
         return CZipException::directoryOffset;
     m_end.prefix = isLast ? last - declared : 0;
     m_end.start = isLast ? last : declared;
@@ -206,7 +213,7 @@ ZipEnd FindZipEnd(ZipSource& source, const CString& archive)
             return candidate.End();
         // The last record of the file is the likeliest, so what it is refused for is the answer.
         cause = cause == 0 ? refused : cause;
-        if (source.Size() != size)
+        if (candidate.IsCertain() || source.Size() != size)
             break;
     }
     if (cause == 0)

@@ -101,7 +101,10 @@ bool DropLast(CString& path)
 {
     if (path.IsEmpty())
         return false;
-    path = path.Left(path.Left(path.GetLength() - 1).ReverseFind(L'\\') + 1);
+    int start = path.GetLength() - 1;
+    while (start > 0 && path[start - 1] != L'\\')
+        --start;
+    path.Delete(start, path.GetLength() - start);
     return true;
 }
 

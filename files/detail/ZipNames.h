@@ -37,6 +37,6 @@ std::span<const wchar_t> FileNameOf(std::span<const wchar_t> name);
 /// Makes a name fit for the disk: relative, with single backslashes, without "." and without ".."; a
 /// directory's keeps its backslash at the end. Returns 0, or the code of CZipException (nameEmpty ...
 /// nameCharacter) that says why it may not be used; `safe` is then empty.
-int MakeSafe(const CString& name, CString& safe);
+VAK_INTERNAL_API int MakeSafe(const CString& name, CString& safe);
 
 } // namespace vak::detail::zip

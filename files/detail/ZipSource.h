@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/base/Platform.h"
 #include "framework/base/detail/Allocator.h"
 
 #include <cstddef>
@@ -14,7 +15,7 @@ template <class T>
 using ZipVector = std::vector<T, Allocator<T>>;
 
 /// The bytes of an archive as one space, wherever they lie.
-class ZipSource
+class VAK_INTERNAL_API ZipSource
 {
 public:
     using Bytes = std::span<const std::uint8_t>;
@@ -40,7 +41,7 @@ public:
 };
 
 /// An archive in memory, in one part.
-class ZipMemory final : public ZipSource
+class VAK_INTERNAL_API ZipMemory final : public ZipSource
 {
 public:
     /// `bytes` must outlive the object.
