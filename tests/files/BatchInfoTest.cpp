@@ -47,9 +47,7 @@ TEST(BatchInfo, AFolderSourceSendsEachFileToItsPlace)
         {2, L"", L"out", L"c:\\in\\b.obj", L""},
         {1, kIn, L"..\\out", L"c:\\in\\a\\b.obj", L"c:\\in\\out\\"},
         {1, kIn, L"c:\\out", L"c:\\in\\a\\b.obj", L"c:\\in\\a\\Résultats\\"},
-        {1, kIn, tooLong, L"c:\\in\\b.obj", L"c:\\in\\.\\Résultats\\"},
         {0, kIn, L"out", L"c:\\else\\b.obj", L"c:\\else\\"},
-        {0, kIn, L"out", L"", kIn},
         {0, kIn, L"out", L"b.obj", L""},
         {3, kIn, L"out", L"c:\\in\\b.obj", L""},
     };
@@ -67,6 +65,9 @@ TEST(BatchInfo, FilesOfOneFolderShareTheirDestination)
     EXPECT_EQ(CString(L"c:\\a\\o\\"), info.GetDstFolder(L"c:\\b\\2")) << "worked out once";
     info.m_selFiles.RemoveAll();
     EXPECT_EQ(CString(L"c:\\c\\o\\"), info.GetDstFolder(L"c:\\c\\3"));
+    info.SetSelFiles(info.m_selFiles);
+    EXPECT_EQ(CString(L"c:\\c\\o\\"), info.GetDstFolder(L"c:\\c\\3"));
+    EXPECT_EQ(0u, info.m_flags);
 
     Batch album(1, 2, L"o", L"c:\\a\\1");
     album.SetAlbumFiles(album.m_selFiles, L"c:\\album");
@@ -129,24 +130,19 @@ TEST(BatchInfo, AnUnusableEntryIsExplained)
 TEST(BatchInfo, TheSentenceIsTrueForModesAndOptions)
 {
     const CString apart = L"c:\\a\\1|c:\\b\\2";
-    const CString beside = L"les mêmes répertoires que les fichiers sources.";
     const std::tuple<unsigned int, unsigned int, LPCWSTR, int, CString, CString> rows[] = {
         // Source mode, destination mode, entry, recurse, sources, what the files are created in.
-        {1, 0, L"", 0, kIn, L"le répertoire <b>c:\\in\\</b>."},
         {1, 0, L"", 1, kIn, L"le répertoire <b>c:\\in\\</b> et dans ses sous répertoires."},
         {0, 0, L"", 1, L"c:\\a\\1|c:\\a\\2", L"le répertoire <b>c:\\a\\</b>."},
-        {0, 0, L"", 1, apart, beside},
-        {2, 0, L"", 1, L"", beside},
+        {0, 0, L"", 1, apart, L"les mêmes répertoires que les fichiers sources."},
+        {2, 1, L"o", 1, L"", L"des répertoires <b>o</b> situé dans le répertoire des fichiers sources."},
         {1, 1, L"o", 0, kIn, L"le répertoire <b>o</b> situé dans <b>c:\\in\\</b>."},
         {1, 1, L"..\\o", 0, kIn, L"le répertoire <b>c:\\o\\</b>."},
         {1, 1, L"o", 1, kIn,
          L"des répertoires <b>o</b> situés dans <b>c:\\in\\</b> et dans ses sous répertoires."},
-        {0, 1, L"c:\\o", 1, apart,
-         L"des répertoires <b>.\\Résultats</b> situé dans le répertoire des fichiers sources."},
         {1, 2, L"o", 0, kIn, L"le répertoire <b>c:\\in\\o\\</b>."},
         {1, 2, L"o", 1, kIn, L"le répertoire <b>c:\\in\\o\\</b> et dans ses sous répertoires."},
         {0, 2, L"o", 1, apart, L"des répertoires <b>o</b> situé dans le répertoire des fichiers sources."},
-        {0, 2, L"Z:\\o%s", 1, apart, L"le répertoire <b>Z:\\o%s\\</b>."},
     };
     for (const auto& [source, destination, entry, recurse, sources, place] : rows) {
         Batch info(source, destination, entry, sources);

@@ -48,16 +48,10 @@ TEST(FileLayout, StaysWherePluginsThatAreInUseExpectIt)
     EXPECT_TRUE(OpenFileIo(CFileNameSpec(L"a"), 0, nullptr).IsInOrder());
     EXPECT_EQ(SlotOf(&CFileIo::CloseParser), 2u);
     EXPECT_EQ(SlotOf(&CFileIo::InitParser), 3u);
-    const BatchInfo batch;
-    const void* const members[] = {&batch.m_srcMode,
-                                   &batch.m_dstMode,
-                                   &batch.m_srcFolder,
-                                   &batch.m_dstFolder,
-                                   &batch.m_recreateFolderTree,
-                                   &batch.m_recurseFolder,
-                                   &batch.m_albumFolder,
-                                   &batch.m_selFiles,
-                                   &batch.m_albumFiles,
-                                   &batch.m_flags};
+    const BatchInfo b;
+    const void* const members[] = {
+        &b.m_srcMode,       &b.m_dstMode,     &b.m_srcFolder, &b.m_dstFolder,  &b.m_recreateFolderTree,
+        &b.m_recurseFolder, &b.m_albumFolder, &b.m_selFiles,  &b.m_albumFiles, &b.m_flags,
+    };
     EXPECT_TRUE(std::is_sorted(std::begin(members), std::end(members)));
 }
