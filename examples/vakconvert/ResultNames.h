@@ -30,7 +30,8 @@ private:
     CHashTable<CString> m_results;
 };
 
-/// The name of a source's result without its extension.
+/// The name of a source's result without its extension, once the source is loaded. What must know it before,
+/// PassOverResults, takes the source's own.
 CString ResultStem(const Source& source, const Content& content);
 
 /// The first of `targets` that can take what the source holds; null when there is none.
