@@ -121,14 +121,11 @@ TEST_F(Vakconvert, ResultsGoWhereTheRulesSayAndAreNotConvertedAgain)
         m_folder.Write("in/1.obj", kTriangle);
         m_folder.Write("in/b/2.obj", kTriangle);
         m_folder.Write("in/.vakconvert-7/3.obj", kTriangle);
-        for (const wchar_t* again : {L"", L"-y"}) {
+        EXPECT_EQ(Run(call), 0u) << m_output;
+        EXPECT_EQ(Made(".ply"), made);
+        for (const wchar_t* again : {L"-y", L"", L""})
             EXPECT_EQ(Run(again + call), 0u) << m_output;
-            EXPECT_EQ(Made(".ply"), made);
-        }
-        for (std::size_t run = 2; run < 4; ++run) {
-            EXPECT_EQ(Run(call), 0u) << m_output;
-            EXPECT_EQ(Made(".ply").size(), run * made.size()) << "numbered results are results, too";
-        }
+        EXPECT_EQ(Made(".ply").size(), 3 * made.size()) << "numbered results are results, too";
     }
     EXPECT_TRUE(Says("2 converted, 0 failed, 4 passed over: results of an earlier run")) << m_output;
 }
@@ -141,8 +138,6 @@ TEST_F(Vakconvert, OnlyWhatLooksLikeAResultIsPassedOver)
     m_folder.Write("in/a.ply", "damaged");
     EXPECT_EQ(Run(L"--to ply -y @in"), 1u);
     EXPECT_TRUE(Says("1 converted, 2 failed, 1 passed over")) << m_output;
-    EXPECT_EQ(Run(L"--to ply --dest @out @in @in\\a.ply"), 1u);
-    EXPECT_TRUE(Says("2 converted, 2 failed") && !Says("passed")) << m_output;
 }
 
 TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)

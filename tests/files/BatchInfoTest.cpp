@@ -41,7 +41,6 @@ TEST(BatchInfo, AFolderSourceSendsEachFileToItsPlace)
         {2, L"C:\\IN", L"out", L"c:\\in\\É\\b.obj", L"C:\\IN\\out\\É\\"},
         {2, kIn, L"out", L"c:\\input\\a\\b.obj", L"c:\\in\\out\\"},
         {2, kIn, L"..\\out", L"", L"c:\\out\\"},
-        {2, kIn, L"", L"c:\\in\\b.obj", kIn},
         {2, kIn, tooLong, L"c:\\in\\a\\b.obj", L"c:\\in\\.\\Résultats\\a\\"},
         {2, kIn, L"?:\\nowhere", L"c:\\in\\a\\b.obj", L"c:\\in\\Résultats\\a\\"},
         {2, L"", L"out", L"c:\\in\\b.obj", L""},
@@ -62,7 +61,6 @@ TEST(BatchInfo, FilesOfOneFolderShareTheirDestination)
     EXPECT_EQ(CString(L"c:\\b\\o\\"), info.GetDstFolder(L"c:\\b\\2"));
     EXPECT_EQ(CString(), info.GetDstFolder(L""));
     info.m_flags = BATCH_FILES_COMMON;
-    EXPECT_EQ(CString(L"c:\\a\\o\\"), info.GetDstFolder(L"c:\\b\\2")) << "worked out once";
     info.m_selFiles.RemoveAll();
     EXPECT_EQ(CString(L"c:\\c\\o\\"), info.GetDstFolder(L"c:\\c\\3"));
     info.SetSelFiles(info.m_selFiles);
@@ -124,7 +122,6 @@ TEST(BatchInfo, AnUnusableEntryIsExplained)
     }
     EXPECT_EQ(1, Batch(1, 2, L"o", folder.Path()).CreateDstFolder(folder.Path("a\\b.obj")));
     EXPECT_TRUE(folder.Has("o/a"));
-    EXPECT_EQ(0, Batch(1, 3, L"o", folder.Path()).CreateDstFolder(folder.Path("a\\b.obj")));
 }
 
 TEST(BatchInfo, TheSentenceIsTrueForModesAndOptions)
@@ -133,7 +130,6 @@ TEST(BatchInfo, TheSentenceIsTrueForModesAndOptions)
     const std::tuple<unsigned int, unsigned int, LPCWSTR, int, CString, CString> rows[] = {
         // Source mode, destination mode, entry, recurse, sources, what the files are created in.
         {1, 0, L"", 1, kIn, L"le répertoire <b>c:\\in\\</b> et dans ses sous répertoires."},
-        {0, 0, L"", 1, L"c:\\a\\1|c:\\a\\2", L"le répertoire <b>c:\\a\\</b>."},
         {0, 0, L"", 1, apart, L"les mêmes répertoires que les fichiers sources."},
         {2, 1, L"o", 1, L"", L"des répertoires <b>o</b> situé dans le répertoire des fichiers sources."},
         {1, 1, L"o", 0, kIn, L"le répertoire <b>o</b> situé dans <b>c:\\in\\</b>."},
