@@ -188,6 +188,11 @@ void CWnd::SetFocus()
     ::SetFocus(m_hWnd);
 }
 
+void CWnd::Invalidate(BOOL erase)
+{
+    InvalidateRect(m_hWnd, nullptr, erase);
+}
+
 void CWnd::SetRedraw(BOOL redraw)
 {
     SendMessage(WM_SETREDRAW, static_cast<WPARAM>(redraw));

@@ -60,6 +60,8 @@ public:
     BOOL ShowWindow(int command);
     void MoveWindow(LPCRECT area, BOOL repaint = TRUE);
     void SetFocus();
+    /// Has the client area drawn anew, on a fresh background if `erase`.
+    void Invalidate(BOOL erase = TRUE);
     /// Stops or resumes drawing; who resumes it invalidates what changed meanwhile.
     void SetRedraw(BOOL redraw = TRUE);
     /// Has OnTimer called every `milliseconds`; returns 0 when the system has no timer left.
