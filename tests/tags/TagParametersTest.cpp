@@ -1,17 +1,14 @@
 #include "files/FileSystem.h"
 #include "framework/base/Time.h"
-#include "tags/TagInfo.h"
 #include "tags/detail/TagParameterTable.h"
 #include "tests/support/Print.h"
+#include "tests/support/TagTexts.h"
 #include "tests/support/TempFolder.h"
-#include "tests/tags/TagTexts.h"
 
 #include <gtest/gtest.h>
 
 using vak::detail::TagParameter;
-using vak::test::AsText;
-using vak::test::InBoth;
-using vak::test::With;
+using namespace vak::test;
 
 namespace {
 
@@ -20,7 +17,7 @@ CTagValue File(const CString& path)
     return With<const CString&>(&CTagValue::SetFilename, path);
 }
 
-/// Notes the parameters that reach it.
+/// Notes the parameters that reach it, and fails at "size".
 class NotingValue : public CTagValue
 {
 public:
@@ -41,7 +38,6 @@ CString LoadedText(UINT id)
     return text;
 }
 
-/// The innermost parameter at `depth`, and that many parentheses behind it.
 CString Nested(const wchar_t* level, int depth, int closed)
 {
     CString text;
@@ -54,111 +50,72 @@ CString Nested(const wchar_t* level, int depth, int closed)
 
 TEST(TagParameters, TakePathsApartWithoutAskingTheDisk)
 {
-    vak::test::TempFolder folder;
+    TempFolder folder;
     folder.Write("example.jpg\\in it", "x"); // a folder with the name of a file
-    struct Row
-    {
-        CString path;
-        const wchar_t* parameters;
-        CString text;
-    };
     const CString existing = folder.Path("example.jpg");
-    const Row rows[] = {
-        {L"C:\\tmp\\example.jpg", L"(ext)", L".jpg"},
-        {L"C:\\tmp\\example.jpg", L"(shortname)", L"example"},
-        {L"C:\\tmp\\example.jpg", L"(name)", L"example.jpg"},
-        {L"C:\\tmp\\example.jpg", L"(path)", L"C:\\tmp\\"},
-        {L"C:\\tmp\\example.jpg", L"(topdir)", L"tmp"},
-        {L"C:\\tmp\\example.jpg", L"(root)", L"C:\\"},
-        {L"C:\\tmp\\example.jpg", L"(fullpath)", L"C:\\tmp\\example.jpg"},
-        {L"C:\\tmp\\example.jpg", L"(path(topdir))", L"tmp"},
-        {L"C:\\tmp\\example.jpg", L"(name(shortname(ext)))", L""},
-        {L"C:\\tmp\\example.jpg", L"(d+h)", L"C:\\tmp\\example.jpg"},
-        {L"C:\\a\\b\\c.tar.gz", L"(topdir)", L"b"},
-        {L"C:\\a\\b\\c.tar.gz", L"(shortname)", L"c.tar"},
-        {L"C:\\a.b\\c", L"(ext)", L""},
-        {L"C:\\a.b\\", L"(name)", L""},
-        {L"C:\\a.b\\", L"(topdir)", L"a.b"},
-        {L"C:x.y", L"(name)", L"x.y"},
-        {L"C:\\", L"(topdir)", L""},
-        {L"\\\\server\\share\\d\\x.y", L"(root)", L"\\\\server\\share\\"},
-        {L"\\\\server\\share", L"(path)", L"\\\\server\\share\\"},
-        {L"\\\\server\\share.x", L"(ext)", L""},
-        {L"x.y", L"(path)", L""},
-        {L"x.y", L"(root)", L"\\"},
-        {L"", L"(name)", L""},
-        {existing, L"(name)", L"example.jpg"},
-        {existing, L"(ext)", L".jpg"},
-        {existing, L"(path)", folder.Path()},
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(AsText(File(row.path), row.parameters), row.text) << CStringA(row.path + row.parameters);
+    EXPECT_EQ(AsText(File(existing), L"(path)"), folder.Path());
+    EXPECT_EQ(AsText(File(existing), L"(name)"), CString(L"example.jpg"));
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
+        {L"C:\\tmp\\example.jpg", L".jpg|example.jpg|example|C:\\tmp\\|tmp|C:\\"},
+        {L"C:\\a.x\\b\\c.tar.gz", L".gz|c.tar.gz|c.tar|C:\\a.x\\b\\|b|C:\\"},
+        {L"C:\\a.b\\c", L"|c|c|C:\\a.b\\|a.b|C:\\"},
+        {L"C:\\a.b\\", L"|||C:\\a.b\\|a.b|C:\\"},
+        {L"C:x.y", L".y|x.y|x|C:||C:\\"},
+        {L"\\\\server\\share.x\\d\\x", L"|x|x|\\\\server\\share.x\\d\\|d|\\\\server\\share.x\\"},
+        {L"\\\\server\\share.x", L"|||\\\\server\\share.x\\||\\\\server\\share.x\\"},
+        {L"x.y", L".y|x.y|x|||\\"},
+        {L"", L"|||||\\"}};
+    for (const auto& [path, pieces] : rows) {
+        CString all = AsText(File(path), L"(ext)");
+        for (const wchar_t* parameter : {L"(name)", L"(shortname)", L"(path)", L"(path(topdir))", L"(root)"})
+            all += L'|' + AsText(File(path), parameter);
+        EXPECT_EQ(all, CString(pieces)) << CStringA(path);
+        EXPECT_EQ(AsText(File(path), L"(fullpath(d+h))"), CString(path));
+    }
 }
 
 TEST(TagParameters, AskTheDiskForSizesAndDates)
 {
-    vak::test::TempFolder folder;
+    TempFolder folder;
     const CString path = folder.Write("a.vakraw", std::string(1536, 'x'));
     ASSERT_EQ(fileSetLastWriteDate(path, CTime(2003, 9, 1, 10, 0, 0)), 1);
-    EXPECT_EQ(AsText(File(path), L"(size)"), CString(L"1,50 Ko"));
-    EXPECT_EQ(InBoth([&] { return AsText(File(path), L"(lastwritedate(d+h+t))"); }),
-              CString(L"Lundi 1er Septembre 2003 10:00 | Monday 1 September 2003 10:00"));
-    EXPECT_EQ(AsText(File(path), L"(lastwritedate(h))"), CString(L"10:00"));
-    EXPECT_EQ(AsText(File(path), L"(lastwritedate(d(ext)))"), CString(L"01/09/2003"));
-    EXPECT_EQ(AsText(File(path), L"(lastwritedate(ext))"), CString()) << "neither date nor hour is asked for";
-    CTagValue created = File(path);
-    CTime expected;
-    ASSERT_EQ(fileGetCreationDate(path, expected), 1);
-    EXPECT_EQ(created.HandleParametersAndConvertToType(TAGDATA_NONE, L"(createdate)"), 1);
-    EXPECT_EQ(created.GetDataType(), TAGDATA_DATE);
-    EXPECT_EQ(created.GetDate().GetTime(), expected.GetTime());
-    CTagValue size = File(path);
-    EXPECT_EQ(size.HandleParametersAndConvertToType(TAGDATA_UINT, L"(size)"), 1);
-    EXPECT_EQ(size.GetUInt(), 1536u);
-
+    CTime created;
+    ASSERT_EQ(fileGetCreationDate(path, created), 1);
+    const std::pair<const wchar_t*, CString> rows[] = {
+        {L"(size)", L"1,50 Ko | 1.50 KB"},
+        {L"(lastwritedate(h))", L"10:00"},
+        {L"(lastwritedate(ext))", L""},
+        {L"(lastwritedate(d+h+t))", L"Lundi 1er Septembre 2003 10:00 | Monday 1 September 2003 10:00"},
+        {L"(lastwritedate(d(ext)))", L"01/09/2003"},
+        {L"(createdate(d+h))", AsText(With(&CTagValue::SetDate, created))}};
+    for (const auto& [parameters, text] : rows)
+        EXPECT_EQ(InBoth([&] { return AsText(File(path), parameters); }), text) << CStringA(parameters);
     for (const wchar_t* parameters : {L"(size)", L"(createdate)", L"(lastwritedate(d))", L"(name(size))"}) {
         CTagValue missing = File(folder.Path("missing.png"));
         EXPECT_EQ(missing.HandleParametersAndConvertToType(TAGDATA_NONE, parameters), 0);
         EXPECT_EQ(missing.IsEmpty(), 1);
     }
     // The shell has its own way of writing what it has no name for.
-    EXPECT_GE(AsText(File(L"C:\\tmp\\example.vakraw"), L"(kind(ext))").MakeLower().Find(L"vakraw file"), 0);
-    EXPECT_EQ(AsText(File(L"C:\\tmp\\x" + CString(L'.', 1) + CString(L'y', 5000)), L"(kind)").IsEmpty(),
-              false);
+    EXPECT_GE(AsText(File(L"C:\\tmp\\x.vakraw"), L"(kind(ext))").MakeLower().Find(L"vakraw file"), 0);
+    EXPECT_FALSE(AsText(File(L"C:\\tmp\\x." + CString(L'y', 5000)), L"(kind)").IsEmpty());
 }
 
 TEST(TagParameters, ApplyFromTheOutermostInUpToTheFirstUnknown)
 {
-    struct Row
-    {
-        const wchar_t* chain;
-        const wchar_t* names;
-        int result;
-    };
-    const Row rows[] = {
-        {L"", L"", 1},
-        {L"ext", L"", 1},
-        {L"(ext)", L"ext,", 1},
-        {L"ab(ext)cd", L"ext,", 1},
-        {L"(lastwritedate(d+h))", L"lastwritedate,d+h,", 1},
-        {L"(ext(name)", L"ext,", 1},   // one ")" for two "("
-        {L"(ext(name)))", L"ext,", 1}, // the second pair holds "name)"
-        {L"((ext))", L"", 1},          // an empty name
-        {L"(ext)(name)", L"", 1},      // "ext)" is no name
-        {L"ext)(name", L"", 1},        // crossed
-        {L"(ext(bogus(name)))", L"ext,", 1},
-        {L"(Ext)", L"", 1},
-        {L"( ext)", L"", 1},
-        {L"(ext(size(name)))", L"ext,size,name,", 1},
-        {L"(ext(size))", L"ext,size,", 0},
-    };
-    for (const Row& row : rows) {
+    const auto names = [](const wchar_t* chain) {
         NotingValue value;
         value.SetText(L"x");
-        EXPECT_EQ(value.HandleParametersAndConvertToType(TAGDATA_NONE, row.chain), row.result)
-            << CStringA(row.chain);
-        EXPECT_EQ(value.m_names, CString(row.names)) << CStringA(row.chain);
-    }
+        return value.HandleParametersAndConvertToType(TAGDATA_NONE, chain) != 0 ? value.m_names : L"failed";
+    };
+    EXPECT_EQ(names(L"(lastwritedate(d+h))"), CString(L"lastwritedate,d+h,"));
+    EXPECT_EQ(names(L"(ext(size(name)))"), CString(L"ext,size,name,"));
+    EXPECT_EQ(names(L"(ext(size))"), CString(L"failed"));
+    // One ")" for two "("; a second pair that holds "name)"; an unknown name.
+    for (const wchar_t* chain : {L"ab(ext)cd", L"(ext(name)", L"(ext(name)))", L"(ext(bogus(name)))"})
+        EXPECT_EQ(names(chain), CString(L"ext,")) << CStringA(chain);
+    // An empty name; "ext)", which is none; parentheses that have crossed.
+    for (const wchar_t* chain : {L"", L"ext", L"(Ext)", L"( ext)", L"((ext))", L"(ext)(name)", L"ext)(name"})
+        EXPECT_EQ(names(chain), CString()) << CStringA(chain);
 }
 
 TEST(TagParameters, TakeLinearTimeHoweverDeepTheyNest)
@@ -174,12 +131,11 @@ TEST(TagParameters, StandInTheOrderOfTheirMenuWithKindFlagsAndNames)
 {
     CString rows;
     for (const TagParameter& row : vak::detail::TagParameters()) {
-        CString text;
-        text.Format(L"%s:%x>%x%s", row.name, row.appliesTo, row.yieldWord, row.exampleId != 0 ? L"*" : L"");
-        rows += text + L' ';
+        rows.AppendFormat(L"%s:%x>%x%s ", row.name, row.appliesTo, row.yieldWord,
+                          row.exampleId != 0 ? L"*" : L"");
         EXPECT_EQ(vak::detail::FindTagParameter(row.name), &row);
-        EXPECT_FALSE(InBoth([&] { return LoadedText(row.friendlyNameId); }).IsEmpty());
         EXPECT_EQ(row.exampleId == 0, LoadedText(row.exampleId).IsEmpty());
+        EXPECT_FALSE(LoadedText(row.friendlyNameId).IsEmpty());
     }
     EXPECT_EQ(rows, CString(L"fullpath:1001>2001001* ext:1001>2001001* kind:1001>3000001* path:1001>2001001* "
                             L"size:1001>2008002 shortname:1001>2001001* name:1001>2001001* "
@@ -187,8 +143,7 @@ TEST(TagParameters, StandInTheOrderOfTheirMenuWithKindFlagsAndNames)
                             L"lastwritedate:1001>4000008 d:8>2000001 h:8>2000001 d+h:8>2000001 "
                             L"d+t:8>2000001 d+h+t:8>2000001 "));
     EXPECT_EQ(vak::detail::FindTagParameter(L""), nullptr);
-    const TagParameter& last = vak::detail::TagParameters().back();
-    EXPECT_EQ(InBoth([&] { return LoadedText(last.friendlyNameId); }),
+    EXPECT_EQ(InBoth([] { return LoadedText(vak::detail::TagParameters().back().friendlyNameId); }),
               CString(L"Date et heure (format : Lundi 1er Septembre 2003 10:00) | "
                       L"Date and time (format: Monday 2 September 2003 10:00)"));
     EXPECT_EQ(LoadedText(vak::detail::FindTagParameter(L"root")->exampleId), CString(L"(C:\\)"));

@@ -1,7 +1,6 @@
 #include "framework/base/Application.h"
 #include "tags/TagInfo.h"
 #include "tests/support/Print.h"
-#include "tests/tags/TagTexts.h"
 
 #include <gtest/gtest.h>
 
