@@ -132,9 +132,15 @@ void CArchive::MapObject(const CObject* object)
 void CArchive::WriteClass(const CRuntimeClass* runtimeClass)
 {
     auto& map = Stored();
+    if (map.lastClass == runtimeClass) {
+        WriteTag(map.lastClassIndex, kBigClassTag);
+        return;
+    }
     RequireSerializable(*runtimeClass);
     const auto found = map.indices.find(runtimeClass);
     if (found != map.indices.end()) {
+        map.lastClass = runtimeClass;
+        map.lastClassIndex = found->second;
         WriteTag(found->second, kBigClassTag);
         return;
     }

@@ -14,6 +14,9 @@ struct StoreMap
 {
     std::unordered_map<const void*, DWORD> indices;
     DWORD next = 1;
+    /// The class that was written last and its number: objects of one class stand in rows.
+    const CRuntimeClass* lastClass = nullptr;
+    DWORD lastClassIndex = 0;
 };
 
 struct LoadEntry
