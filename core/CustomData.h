@@ -235,6 +235,7 @@ private:
     void WriteRaw(unsigned char* raw) const;
     void WriteArchiveForm(CArchive& archive) const;
     void ReadArchiveForm(CArchive& archive);
+    void ReadCurrentForm(CArchive& archive);
     int WritePrefs(CFile& file, CFile* old, unsigned int key1, unsigned int key2) const;
     unsigned char* BuildImage(unsigned char*& last) const;
     template <class T>

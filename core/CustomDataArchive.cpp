@@ -1,6 +1,7 @@
 #include "core/CustomData.h"
 
 #include "framework/base/Archive.h"
+#include "framework/base/Exception.h"
 #include "framework/base/FileException.h"
 
 #include <cstdlib>
@@ -43,6 +44,13 @@ std::vector<BYTE> ReadBlock(CArchive& archive, unsigned int size)
         e->Delete();
     }
     ThrowDamaged();
+}
+
+/// True when the entries are those that their header tells of.
+bool IsEntries(const unsigned char* entries, std::size_t size, std::uint32_t count, std::uint32_t valueBytes)
+{
+    return size == std::uint64_t{count} * StoredEntry::kHeaderSize + valueBytes &&
+           EntryBlock::Fits(size, count) && EntryBlock::Check(entries, size, count);
 }
 
 /// Adds the entries of an image up to the one without a link; false when it runs past `size` bytes.
@@ -101,10 +109,9 @@ bool CCustomData::ReadRaw(const unsigned char* raw, std::size_t length)
     const auto valueBytes = LoadLittleEndian<std::uint32_t>(raw + 8);
     if (valueBytes == 0)
         return true;
-    const std::uint64_t size = std::uint64_t{count} * StoredEntry::kHeaderSize + valueBytes;
     const unsigned char* const entries = raw + kRawHeaderSize;
-    if (size != length - kRawHeaderSize || !EntryBlock::Fits(size, count) ||
-        !EntryBlock::Check(entries, length - kRawHeaderSize, count))
+    const std::size_t size = length - kRawHeaderSize;
+    if (!IsEntries(entries, size, count, valueBytes))
         return false;
     if (!m_entries.Assign(entries, static_cast<std::uint32_t>(size), count))
         return false;
@@ -197,12 +204,15 @@ void CCustomData::Serialize(CArchive& archive)
 
 void CCustomData::WriteArchiveForm(CArchive& archive) const
 {
-    archive << kCurrentForm << GetRawSize();
-    if (!HasData())
+    unsigned char head[8 + kRawHeaderSize];
+    StoreLittleEndian(head, kCurrentForm);
+    StoreLittleEndian(head + 4, GetRawSize());
+    if (!HasData()) {
+        archive.Write(head, 8);
         return;
-    unsigned char header[kRawHeaderSize];
-    WriteRawHeader(header);
-    archive.Write(header, sizeof header);
+    }
+    WriteRawHeader(head + 8);
+    archive.Write(head, sizeof head);
     archive.Write(m_entries.Data(), m_entries.Size());
 }
 
@@ -212,10 +222,7 @@ void CCustomData::ReadArchiveForm(CArchive& archive)
     unsigned int form = 0;
     archive >> form;
     if (form == kCurrentForm) {
-        unsigned int size = 0;
-        archive >> size;
-        if (size != 0 && !ReadRaw(ReadBlock(archive, size).data(), size))
-            ThrowDamaged();
+        ReadCurrentForm(archive);
         return;
     }
     if (form != kWideOldForm && form != kNarrowOldForm)
@@ -230,6 +237,40 @@ void CCustomData::ReadArchiveForm(CArchive& archive)
     }
     // A record that replaces the only one empties the store for a moment, which clears the mode.
     m_stringMode = HasData() ? mode : 0;
+}
+
+void CCustomData::ReadCurrentForm(CArchive& archive)
+{
+    unsigned int length = 0;
+    archive >> length;
+    if (length == 0)
+        return;
+    const ULONGLONG left = vak::detail::ArchiveBytesLeft(archive);
+    if (left == vak::detail::kBytesLeftUnknown || length <= kRawHeaderSize) {
+        if (!ReadRaw(ReadBlock(archive, length).data(), length))
+            ThrowDamaged();
+        return;
+    }
+    if (length > left)
+        ThrowDamaged();
+    unsigned char header[kRawHeaderSize];
+    archive.EnsureRead(header, sizeof header);
+    const unsigned int size = length - kRawHeaderSize;
+    // The entries go where they stay, with no block in between.
+    EntryBlock entries;
+    unsigned char* const place = entries.Prepare(size);
+    if (place == nullptr)
+        AfxThrowMemoryException();
+    archive.EnsureRead(place, size);
+    const auto valueBytes = LoadLittleEndian<std::uint32_t>(header + 8);
+    if (valueBytes == 0)
+        return;
+    const auto count = LoadLittleEndian<std::uint32_t>(header + 4);
+    if (!IsEntries(place, size, count, valueBytes))
+        ThrowDamaged();
+    entries.Accept(size, count);
+    m_entries.Swap(entries);
+    m_stringMode = LoadLittleEndian<std::uint32_t>(header + 12);
 }
 
 void CCustomData::ReadPreviousVersion(CArchive& archive)

@@ -53,6 +53,13 @@ bool EntryBlock::Assign(const unsigned char* entries, std::uint32_t size, std::u
     return Allocate(entries, size, count);
 }
 
+unsigned char* EntryBlock::Prepare(std::uint32_t size)
+{
+    m_data = static_cast<unsigned char*>(std::malloc(size));
+    m_capacity = m_data != nullptr ? size : 0;
+    return m_data;
+}
+
 bool EntryBlock::Check(const unsigned char* entries, std::size_t size, std::uint32_t count)
 {
     if (size / StoredEntry::kHeaderSize < count)

@@ -74,6 +74,14 @@ public:
     /// Replaces the entries by `count` entries of `size` bytes in all, which Check approved; false, and
     /// empty, without memory.
     bool Assign(const unsigned char* entries, std::uint32_t size, std::uint32_t count);
+    /// Makes an empty block the home of `size` bytes of entries and returns their place, or null without
+    /// memory. They count from Accept on, which is for what Check approved.
+    unsigned char* Prepare(std::uint32_t size);
+    void Accept(std::uint32_t size, std::uint32_t count)
+    {
+        m_size = size;
+        m_count = count;
+    }
     /// True when a store may have that many bytes and entries: the image has 8 more an entry, the raw form a
     /// header of 20, and both are counted in 32 bits.
     static bool Fits(std::uint64_t size, std::uint64_t count) { return size + count * 8 + 20 <= UINT32_MAX; }
@@ -121,13 +129,10 @@ private:
     {
         if (size == 0)
             return true;
-        m_data = static_cast<unsigned char*>(std::malloc(size));
-        if (m_data == nullptr)
+        if (Prepare(size) == nullptr)
             return false;
         std::memcpy(m_data, entries, size);
-        m_size = size;
-        m_capacity = size;
-        m_count = count;
+        Accept(size, count);
         return true;
     }
     void Release() const
