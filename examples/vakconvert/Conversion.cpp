@@ -12,6 +12,7 @@
 #include <chrono>
 #include <exception>
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -138,6 +139,16 @@ void ConvertInto(const Source& source, const Target& target, const CString& dest
 }
 
 } // namespace
+
+CString LoadModel(const CString& path, Mesh& mesh)
+{
+    Content content;
+    CFileIo input(CFileNameSpec(path, 0), FILE_PARSER_LOADING | FILE_PARSER_SILENT, nullptr);
+    content.isMesh = (input.GetKindOf() & kIoPlugin3D) != 0;
+    const CString failure = content.isMesh ? Run(input, content) : CString(L"no model");
+    mesh = failure.IsEmpty() ? std::move(content.mesh) : Mesh();
+    return failure;
+}
 
 Outcome Convert(const Source& source, const Target& target, const CString& destination, ResultNames& names)
 {

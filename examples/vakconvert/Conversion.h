@@ -1,5 +1,6 @@
 #pragma once
 
+#include "examples/sdk/Mesh.h"
 #include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Sources.h"
 #include "examples/vakconvert/Target.h"
@@ -19,3 +20,6 @@ struct Outcome
 /// own beside it and moved into place whole, with the files that belong to it, under a name that `names` has
 /// free.
 Outcome Convert(const Source& source, const Target& target, const CString& destination, ResultNames& names);
+
+/// Reads a 3-D file. Returns an empty text, or why that failed; `mesh` is then empty.
+CString LoadModel(const CString& path, Mesh& mesh);

@@ -2,6 +2,7 @@
 #include "examples/vakconvert/Console.h"
 #include "examples/vakconvert/Conversion.h"
 #include "examples/vakconvert/Listing.h"
+#include "examples/vakconvert/ModelTree.h"
 #include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Settings.h"
 #include "files/FileIo.h"
@@ -148,7 +149,7 @@ int Run(const Console& console, const std::vector<CString>& arguments)
     if (settings.listKinds)
         ListKinds(console);
     if (!settings.listPlugins && !settings.listKinds)
-        result = ConvertAll(console, settings);
+        result = settings.tree ? ShowModels(console, settings) : ConvertAll(console, settings);
     FreeIOPlugins(kIoPluginBitmaps);
     FreeIOPlugins(kIoPlugin3D);
     return result;

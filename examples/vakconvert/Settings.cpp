@@ -21,6 +21,7 @@ constexpr Switch kSwitches[] = {
     {L"--save-options", L"", &Settings::saveOptions},
     {L"--list-kinds", L"", &Settings::listKinds},
     {L"--list-plugins", L"", &Settings::listPlugins},
+    {L"--tree", L"", &Settings::tree},
     {L"--help", L"-h", &Settings::help},
 };
 
@@ -115,6 +116,8 @@ CString Complete(Settings& settings)
         return {};
     if (settings.sources.empty())
         return L"no source was given";
+    if (settings.tree)
+        return {};
     if (settings.targets.empty())
         return L"no target kind was given (--to .stl)";
     return CheckDestination(settings);
@@ -156,6 +159,7 @@ CString UsageText()
     return L"vakconvert: converts 3-D models and images through the format plug-ins in the Plugins folder\n"
            L"\n"
            L"  vakconvert --to KIND [--to KIND] [options] SOURCE...\n"
+           L"  vakconvert --tree [-r] SOURCE...\n"
            L"\n"
            L"  SOURCE               a file, a folder, or a pattern such as models\\*.obj\n"
            L"  -t, --to KIND        extension to convert to; one for models and one for images may be given\n"
@@ -169,6 +173,7 @@ CString UsageText()
            L"  -o, --option N=V     sets an option of the target format, such as binary=0 or quality=80\n"
            L"      --save-options   keeps these options for later runs\n"
            L"      --preferences F  keeps them in this file\n"
+           L"      --tree           shows what the models are made of instead of converting them\n"
            L"      --list-kinds     shows what can be read and written, and the options\n"
            L"      --list-plugins   shows the plug-ins, and why one was refused\n"
            L"\n"

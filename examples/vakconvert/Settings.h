@@ -27,6 +27,7 @@ struct Settings
     bool saveOptions = false;
     bool listKinds = false;
     bool listPlugins = false;
+    bool tree = false; ///< show the structure of the sources instead of converting them
     bool help = false;
 };
 

@@ -140,6 +140,18 @@ TEST_F(Vakconvert, OnlyWhatLooksLikeAResultIsPassedOver)
     EXPECT_TRUE(Says("1 converted, 2 failed, 1 passed over")) << m_output;
 }
 
+TEST_F(Vakconvert, ShowsTheStructureOfModelsFromAnArchive)
+{
+    m_folder.Write("in/a.mtl", "newmtl wood\nKd 0.5 0.25 1\nNs 8\nd 0.5\n");
+    m_folder.Write("in/a.obj", std::string("mtllib a.mtl\ng top\nusemtl wood\n") + kTriangle);
+    m_folder.Write("in/b.stl", "solid x\nfacet");
+    EXPECT_EQ(Run(L"--tree @in"), 1u) << m_output;
+    for (const char* line : {"a.obj: 3 vertices, 1 face", "\n  group top: 1 face of wood",
+                             "\n  material wood: shininess 8, opacity 0.5",
+                             "\n    diffuse  R :  127  G : 63  B : 255", "6 nodes, ", "b.stl: "})
+        EXPECT_TRUE(Says(line)) << line << m_output;
+}
+
 TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)
 {
     m_folder.Write("a.obj", kTriangle);
