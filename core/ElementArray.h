@@ -85,8 +85,9 @@ public:
     /// ConstructElement when GetSizeOfElement is another.
     ///
     /// Throws endOfFile if fewer bytes are left than elements, each storing at least one; badIndex for more
-    /// elements than an array can have, and for an element size for which the room of the count is too small;
-    /// and what the hooks throw. The array is then empty, with its old element size and grow factor.
+    /// elements than an array can have, for an element size for which the room of the count is too small, and
+    /// for elements that have lost their size; and what the hooks throw. The array is then empty, with its
+    /// old element size and grow factor.
     void Serialize(CArchive& archive) override;
 
     // The order of the virtual operations is part of the interface.

@@ -54,7 +54,8 @@ void CElementArray::Read(CArchive& archive)
     DWORD elementSize, growFactor;
     archive >> elementSize >> growFactor;
     const ULONGLONG room = ULONGLONG(std::max(count, m_capacity)) * m_elementSize;
-    if (elementSize > INT_MAX || ULONGLONG(count) * elementSize > room)
+    const bool isLost = elementSize == 0 && m_elementSize != 0 && count != 0;
+    if (isLost || elementSize > INT_MAX || ULONGLONG(count) * elementSize > room)
         AfxThrowArchiveException(CArchiveException::badIndex, archive.m_strFileName);
     // The scratch is never smaller than what the class was made for.
     const std::size_t scratchSize = std::max<std::size_t>({elementSize, m_elementSize, 1});

