@@ -1,7 +1,7 @@
 #include "tags/detail/TagMenu.h"
 
 #include "tests/support/Print.h"
-#include "tests/tags/TagTexts.h"
+#include "tests/support/TagTexts.h"
 
 #include <gtest/gtest.h>
 
