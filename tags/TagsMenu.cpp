@@ -8,7 +8,7 @@ namespace tagmenu = vak::tagmenu;
 namespace {
 
 /// Puts the items into `menu`; false when the system has no room for them.
-bool Fill(CMenu& menu, const std::vector<detail::TagMenuItem>& items)
+bool Fill(CMenu& menu, const detail::TagMenuItem::Items& items)
 {
     for (const detail::TagMenuItem& item : items) {
         const CString text = detail::TagMenuText(item.text);
@@ -27,7 +27,7 @@ bool Fill(CMenu& menu, const std::vector<detail::TagMenuItem>& items)
     return true;
 }
 
-unsigned int Track(const std::vector<detail::TagMenuItem>& items, CPoint point)
+unsigned int Track(const detail::TagMenuItem::Items& items, CPoint point)
 {
     CMenu menu;
     if (items.empty() || !menu.CreatePopupMenu() || !Fill(menu, items))

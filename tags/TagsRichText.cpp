@@ -89,11 +89,12 @@ bool IsLineBreak(const CString& unit)
 }
 
 /// Deletes a stretch, with the line that it leaves empty and that line's break (the one before it for the
-/// last line), and returns what is gone.
+/// last line), and returns what is gone: nothing when the control refuses, as it may for protected text.
 TagRange Delete(CRichEditCtrl& control, TagRange stretch)
 {
+    const unsigned int length = LengthOf(control);
     const bool isAtBegin = stretch.start == 0;
-    const bool isAtEnd = stretch.end >= LengthOf(control);
+    const bool isAtEnd = stretch.end >= length;
     const bool beginsLine = isAtBegin || IsLineBreak(TextOf(control, {stretch.start - 1, stretch.start}));
     if (beginsLine && isAtEnd && !isAtBegin)
         --stretch.start;
@@ -101,7 +102,7 @@ TagRange Delete(CRichEditCtrl& control, TagRange stretch)
         ++stretch.end;
     Select(control, stretch);
     Replace(control, L"");
-    return stretch;
+    return LengthOf(control) < length ? stretch : TagRange{stretch.end, stretch.end};
 }
 
 /// Where `position` stands once `gone` is deleted.

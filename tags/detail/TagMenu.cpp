@@ -38,7 +38,7 @@ class Builder
 public:
     explicit Builder(unsigned int flags) : m_flags(flags) {}
 
-    void Add(std::vector<TagMenuEntry> entries);
+    void Add(TagMenuEntries entries);
     TagMenu Finish();
 
 private:
@@ -104,7 +104,7 @@ TagMenuItem& Builder::MenuAt(TagMenuItem& root, CString path)
     return *menu;
 }
 
-void Builder::Add(std::vector<TagMenuEntry> entries)
+void Builder::Add(TagMenuEntries entries)
 {
     // By class, so that each menu is looked up once; by name, so that commands do not depend on a table's
     // order.
@@ -156,11 +156,11 @@ CString TagMenu::TagOf(unsigned int command) const
     return command == 0 || command > tags.size() ? CString() : tags[command - 1];
 }
 
-std::vector<TagMenuEntry> SelectMenuTags(const CTags& tags, unsigned int menuFlags,
-                                         const CTags::TagClasses* listed, const CTags::TagClasses* leftOut)
+TagMenuEntries SelectMenuTags(const CTags& tags, unsigned int menuFlags, const CTags::TagClasses* listed,
+                              const CTags::TagClasses* leftOut)
 {
     const unsigned int barred = menuFlags & tagmenu::Restricted ? kTagNotComparable : 0;
-    std::vector<TagMenuEntry> selected;
+    TagMenuEntries selected;
     CString name;
     CTagInfo tag;
     for (POSITION position = tags.GetFirstTag(); position;) {
@@ -172,7 +172,7 @@ std::vector<TagMenuEntry> SelectMenuTags(const CTags& tags, unsigned int menuFla
     return selected;
 }
 
-TagMenu MakeTagMenu(std::vector<TagMenuEntry> entries, unsigned int menuFlags)
+TagMenu MakeTagMenu(TagMenuEntries entries, unsigned int menuFlags)
 {
     Builder builder(menuFlags);
     builder.Add(std::move(entries));

@@ -3,18 +3,24 @@
 /// The insert-tag menu as plain data: which items it has, in which order, and which tag string each stands
 /// for. Showing it is left to the platform.
 
+#include "framework/base/detail/Allocator.h"
 #include "tags/Tags.h"
 
 #include <vector>
 
 namespace vak::detail {
 
+/// More items than any menu shows; the allocator cannot take the size of an item that is being defined.
+constexpr std::size_t kMostTagMenuItems = 1'000'000;
+
 /// An item of a menu: a command, a menu of its own, or, having neither, a separating line.
 struct TagMenuItem
 {
+    using Items = std::vector<TagMenuItem, Allocator<TagMenuItem, kMostTagMenuItems>>;
+
     CString text;
     unsigned int command = 0;
-    std::vector<TagMenuItem> items;
+    Items items;
 
     bool IsSeparator() const { return command == 0 && items.empty(); }
 };
@@ -26,7 +32,7 @@ struct TagMenu
     unsigned int noCriteria = 0;
     TagMenuItem root;
     /// The tag strings of the commands, in their order.
-    std::vector<CString> tags;
+    std::vector<CString, Allocator<CString>> tags;
 
     /// Empty for no command.
     VAK_INTERNAL_API CString TagOf(unsigned int command) const;
@@ -42,13 +48,15 @@ struct TagMenuEntry
     CTagInfo tag;
 };
 
+using TagMenuEntries = std::vector<TagMenuEntry, Allocator<TagMenuEntry>>;
+
 /// The tags that the menu has; arguments as for CTags::DoPopupMenu. Class names are in the current language.
-VAK_INTERNAL_API std::vector<TagMenuEntry> SelectMenuTags(const CTags& tags, unsigned int menuFlags,
-                                                          const CTags::TagClasses* listed,
-                                                          const CTags::TagClasses* leftOut);
+VAK_INTERNAL_API TagMenuEntries SelectMenuTags(const CTags& tags, unsigned int menuFlags,
+                                               const CTags::TagClasses* listed,
+                                               const CTags::TagClasses* leftOut);
 
 /// Makes the menu of these tags. Menus and tags stand sorted within one another, without regard to case.
-VAK_INTERNAL_API TagMenu MakeTagMenu(std::vector<TagMenuEntry> entries, unsigned int menuFlags);
+VAK_INTERNAL_API TagMenu MakeTagMenu(TagMenuEntries entries, unsigned int menuFlags);
 
 /// The text as a menu takes it: an ampersand underlines no letter, a tab begins no column of keys.
 VAK_INTERNAL_API CString TagMenuText(const CString& text);
