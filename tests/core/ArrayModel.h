@@ -83,52 +83,42 @@ private:
         const int inside = Below(size + 1);
         const int count = Below(5) + 1;
         const int removed = std::min(size - inside, 40 * count);
-        switch (size > 300 ? 0 : Below(11)) {
+        switch (size > 300 ? 0 : Below(10)) {
         case 0:
             m_array.RemoveAt(inside, removed);
             m_model.erase(m_model.begin() + inside, m_model.begin() + inside + removed);
-            break;
+            return m_array.FreeExtra();
         case 1:
             EXPECT_EQ(m_array.Add(value), size);
-            m_model.push_back(value);
-            break;
+            return m_model.push_back(value);
         case 2:
             m_array.SetAtGrow(index, value);
             m_model.resize(std::size_t(std::max(size, index + 1)));
             m_model[std::size_t(index)] = value;
-            break;
+            return;
         case 3:
             m_array.InsertAt(index, value, count);
-            Insert(index, std::vector<int>(std::size_t(count), value));
-            break;
+            return Insert(index, std::vector<int>(std::size_t(count), value));
         case 4:
             m_array.InsertAt(index, &m_other);
-            Insert(m_otherModel.empty() ? 0 : index, m_otherModel);
-            break;
+            return Insert(m_otherModel.empty() ? 0 : index, m_otherModel);
         case 5:
             m_array.InsertAt(inside, &m_array);
-            Insert(inside, m_model);
-            break;
+            return Insert(inside, m_model);
         case 6:
             EXPECT_EQ(m_array.Append(m_array), size);
-            Insert(size, m_model);
-            break;
+            return Insert(size, m_model);
         case 7:
-            m_other.Copy(m_array);
-            m_otherModel = m_model;
-            break;
-        case 8:
             m_array.SetSize(index);
-            m_model.resize(std::size_t(index));
-            break;
-        case 9:
-            m_array.FreeExtra();
+            return m_model.resize(std::size_t(index));
+        case 8:
+            m_other.Copy(m_array);
             break;
         default:
-            ASSERT_EQ(ReadCause(m_other, StoredBytes(m_array)), -1);
-            m_otherModel = m_model;
-            Compare(m_other);
+            EXPECT_EQ(ReadCause(m_other, StoredBytes(m_array)), -1);
         }
+        m_otherModel = m_model;
+        Compare(m_other);
     }
 
     std::mt19937 m_random;

@@ -74,10 +74,7 @@ public:
     void SerializeElement(CArchive& archive, void* element) override
     {
         Step();
-        if (archive.IsStoring())
-            archive << *Number(element);
-        else
-            archive >> *Number(element);
+        archive.IsStoring() ? archive << *Number(element) : archive >> *Number(element);
     }
     void Serialize(CArchive& archive) override
     {
@@ -89,11 +86,7 @@ public:
     }
 
 private:
-    const void* Element(int value)
-    {
-        *m_argument = value;
-        return &m_argument;
-    }
+    const void* Element(int value) { return *m_argument = value, &m_argument; }
 
     int m_value = 0;
     int* m_argument = &m_value;
@@ -121,11 +114,11 @@ TEST(ElementArrayTest, HasItsNumberItsMembersAndTheSlotsOfItsHooks)
     second.InitElement(sizeof(int*));
     EXPECT_EQ(second.GetID(), first.GetID() + 2);
     EXPECT_EQ(alive, 0);
-    const std::size_t slots[] = {SlotOf(&CElementArray::RemoveAll), SlotOf(&CElementArray::ConstructElement),
-                                 SlotOf(&CElementArray::DestructElement), SlotOf(&CElementArray::CopyElement),
-                                 SlotOf(&CElementArray::SerializeElement)};
-    for (std::size_t i = 0; i < 5; ++i)
-        EXPECT_EQ(slots[i], 4 + i);
+    EXPECT_EQ(SlotOf(&CElementArray::RemoveAll), 4u);
+    EXPECT_EQ(SlotOf(&CElementArray::ConstructElement), 5u);
+    EXPECT_EQ(SlotOf(&CElementArray::DestructElement), 6u);
+    EXPECT_EQ(SlotOf(&CElementArray::CopyElement), 7u);
+    EXPECT_EQ(SlotOf(&CElementArray::SerializeElement), 8u);
 }
 
 TEST(ElementArrayTest, RoomGrowsByTheFactorOrByItself)
