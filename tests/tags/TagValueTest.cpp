@@ -126,6 +126,7 @@ TEST(TagValue, StoresEveryKindAsTheItemsThatOtherProgramsRead)
                         {large, vak::kind::UInt, "\1\0\0\0"sv},
                         {BlockValue("b\0c"sv), vak::kind::Binary, "b\0c"sv},
                         {With(&CTagValue::SetLength, 1.5f), vak::kind::Float, "\0\0\xC0\x3F"sv},
+                        {With(&CTagValue::AddFloat, 1.5f), vak::kind::Binary, "\0\0\xC0\x3F"sv},
                         {With(&CTagValue::SetDate, CTime(2003, 9, 1, 10, 0, 59)), vak::kind::Binary,
                          "\xD3\x07\x09\0\x01\0\x01\0\x0A\0\0\0\x3B\0\0\0"sv},
                         {texts, vak::kind::WideTexts, "a\0\0\0b\0\0\0"sv},
@@ -133,7 +134,7 @@ TEST(TagValue, StoresEveryKindAsTheItemsThatOtherProgramsRead)
     for (const Row& row : rows) {
         const _TAGDATA_INFO kind = row.value.GetDataType();
         CCustomData data, again;
-        EXPECT_EQ(row.value.SetValueToData(data, kItem), 1) << kind;
+        EXPECT_EQ(CTagValue(row.value).SetValueToData(data, kItem), 1) << kind;
         EXPECT_TRUE(data.GetDataKindOf(kItem) == row.itemKind && BytesOf(data) == row.bytes) << kind;
         CTagValue read = TextValue(L"before");
         EXPECT_EQ(read.GetValueFromData(data, kItem, kind), 1) << kind;
