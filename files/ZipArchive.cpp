@@ -125,6 +125,17 @@ const detail::ZipEntry& CZipArchive::Checked(std::size_t index) const
 
 namespace vak::detail {
 
+namespace {
+
+/// The current folder may be another one when the archive is opened again.
+CString FullPathOf(LPCWSTR path)
+{
+    CString full;
+    return system::FullPath(path, full) ? full : CString(path);
+}
+
+} // namespace
+
 const ZipDirectory& ZipState::OpenDirectory() const
 {
     if (!isOpen)
@@ -134,7 +145,8 @@ const ZipDirectory& ZipState::OpenDirectory() const
 
 bool ZipState::IsKeptFor(LPCWSTR wanted) const
 {
-    return isKept && path == wanted && codePage == keptCodePage && volumes.IsUnchanged();
+    return isKept && codePage == keptCodePage && volumes.Path() == FullPathOf(wanted) &&
+           volumes.IsUnchanged();
 }
 
 void ZipState::Forget()
@@ -146,11 +158,8 @@ void ZipState::Forget()
 
 void ZipState::ReadArchive()
 {
-    CString full;
-    if (!system::FullPath(path, full))
-        full = path;
     try {
-        volumes.Open(full);
+        volumes.Open(FullPathOf(path));
         directory.Read(volumes, codePage, limits.maxDirectory, path);
     } catch (...) {
         Forget();

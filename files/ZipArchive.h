@@ -71,7 +71,8 @@ public:
         zipRefuseArchive = 4        ///< the archive itself, or its temporary, is not added to itself
     };
 
-    static constexpr UINT kBufferSize = 65536;
+    /// Of the expanded data. The decoder copies 32 KB each time that a buffer is full.
+    static constexpr UINT kBufferSize = 262144;
     /// The code page of names and comments that do not say that they are UTF-8.
     static constexpr UINT kDefaultCodePage = 437;
 

@@ -37,7 +37,7 @@ public:
     virtual bool BringParts(std::uint32_t parts) = 0;
 
     /// Copies bytes to `buffer`; false when the space ends before the last.
-    bool Read(std::uint64_t offset, void* buffer, std::size_t size);
+    virtual bool Read(std::uint64_t offset, void* buffer, std::size_t size);
 };
 
 /// An archive in memory, in one part.

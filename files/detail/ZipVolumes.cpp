@@ -200,6 +200,20 @@ ZipSource::Bytes ZipVolumes::View(std::uint64_t offset, std::size_t least)
     return Bytes(m_window).first(filled);
 }
 
+bool ZipVolumes::Read(std::uint64_t offset, void* buffer, std::size_t size)
+{
+    auto* to = static_cast<std::uint8_t*>(buffer);
+    while (size >= kWindow) {
+        const std::size_t got = offset < m_size ? ReadAt(offset, to, size) : 0;
+        if (got == 0)
+            return false;
+        to += got;
+        offset += got;
+        size -= got;
+    }
+    return ZipSource::Read(offset, to, size);
+}
+
 HANDLE ZipVolumes::Locate(std::uint64_t offset, std::uint64_t& within, std::uint64_t& left)
 {
     const std::size_t index = PartOf(offset);

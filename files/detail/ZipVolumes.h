@@ -36,6 +36,8 @@ public:
 
     std::uint64_t Size() const override { return m_size; }
     Bytes View(std::uint64_t offset, std::size_t least) override;
+    /// Long reads go past the window.
+    bool Read(std::uint64_t offset, void* buffer, std::size_t size) override;
     std::uint64_t PartStart(std::uint32_t part) const override;
     /// Puts the parts name.z01 ... in front of the open name.zip. Throws volumeMissing.
     bool BringParts(std::uint32_t parts) override;
