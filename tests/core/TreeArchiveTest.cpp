@@ -1,12 +1,8 @@
-#include "core/Tree.h"
 #include "framework/base/Exception.h"
 #include "tests/core/TestNode.h"
 #include "tests/support/ArchiveBytes.h"
 #include "tests/support/MessageRecorder.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
 #include <tuple>
 
 using vak::test::Hex;
@@ -59,11 +55,11 @@ TEST(TreeArchiveTest, WritesAndReadsTheDocumentedBytes)
     EXPECT_EQ(Load(other, Example()), -1);
     EXPECT_EQ(other.Text(), "A(BC)D");
     EXPECT_EQ(TestNode::alive, 8) << "what was there is deleted first";
-    other.AddChild(other.At('A'), new TestNode('E'), 1);
+    other.AddChild(other['A'], new TestNode('E'), 1);
     EXPECT_EQ(other.Text(), "A(BCE)D");
 
     TestTree part;
-    vak::test::Load(vak::test::Stored([&](CArchive& archive) { tree.NodeSerialize(tree.At('B'), archive); }),
+    vak::test::Load(vak::test::Stored([&](CArchive& archive) { tree.NodeSerialize(tree['B'], archive); }),
                     [&](CArchive& archive) { part.NodeSerialize(part.GetRoot(), archive); });
     EXPECT_EQ(part.Text(), "BC") << "a chain without the root goes below the given node";
 }
@@ -97,7 +93,6 @@ TEST(TreeArchiveTest, LeavesNothingOfADamagedArchive)
     for (const auto& [what, cause, bytes] : rows) {
         EXPECT_EQ(Load(tree, bytes), cause) << what;
         EXPECT_TRUE(tree.IsEmpty() && tree.GetRoot() != nullptr && TestNode::alive == 0) << what;
-        tree.Append("X");
     }
     for (int length = 0; length < int(Example().size()); ++length) {
         TestNode::failAt = length % 5;

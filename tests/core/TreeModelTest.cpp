@@ -1,12 +1,8 @@
-#include "core/Tree.h"
 #include "tests/core/TestNode.h"
 #include "tests/support/ArchiveBytes.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace {
