@@ -10,6 +10,7 @@ IMPLEMENT_SERIAL(CTreeNode, CObject, VERSIONABLE_SCHEMA | 2)
 namespace {
 
 constexpr unsigned int kNodeForm = 2;
+constexpr UINT kSchemaMask = 0xFFFF;
 
 } // namespace
 
@@ -48,6 +49,9 @@ void CTreeNode::SetRight(CTreeNode* right)
 void CTreeNode::Serialize(CArchive& archive)
 {
     if (archive.IsStoring()) {
+        // The store would be there and the reader, who goes by the schema of the class, not expect it.
+        if ((GetRuntimeClass()->m_wSchema & kSchemaMask) < kNodeForm)
+            AfxThrowArchiveException(CArchiveException::badSchema, archive.m_strFileName);
         archive << kNodeForm << m_flags;
         m_data.Serialize(archive);
         return;

@@ -26,8 +26,9 @@ enum TreeNodeFlag : unsigned int
 ///
 /// Node classes derive from this one and name themselves by DECLARE_SERIAL and IMPLEMENT_SERIAL with schema
 /// `VERSIONABLE_SCHEMA | 2` or higher: the base reads its part by the schema recorded for the class, and
-/// schema 1 means that only the flags were stored. A class that wants the schema for itself takes it with
-/// CArchive::GetObjectSchema and puts it back with SetObjectSchema before it calls the base.
+/// schema 1 means that only the flags were stored, so nodes of such a class are read but not written
+/// (badSchema). A class that wants the schema for itself takes it with CArchive::GetObjectSchema and puts it
+/// back with SetObjectSchema before it calls the base.
 class VAK_API CTreeNode : public CObject
 {
     DECLARE_SERIAL(CTreeNode)

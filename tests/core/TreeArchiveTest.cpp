@@ -9,6 +9,13 @@ using vak::test::Hex;
 using vak::test::LoadCause;
 using vak::test::MessageRecorder;
 
+class FirstSchemaNode : public CTreeNode
+{
+    DECLARE_SERIAL(FirstSchemaNode)
+};
+
+IMPLEMENT_SERIAL(FirstSchemaNode, CTreeNode, 1)
+
 namespace {
 
 const std::string kTree = Hex("FF FF 02 00 05 00") + "CTree";
@@ -67,12 +74,15 @@ TEST(TreeArchiveTest, WritesAndReadsTheDocumentedBytes)
 TEST(TreeArchiveTest, ReadsFlagsAloneOfNodesOfTheFirstSchema)
 {
     TestTree tree;
+    tree.SetSilent(1);
     ASSERT_EQ(Load(tree, kTree + Tag(4) + Tag(1) + Tag(3) + Hex("FF FF 01 00 09 00") + "CTreeNode" + Tag(7) +
                              Tag(2) + kNode + Tag(8) + Tag(2) + Tag(0) + Tag(0)),
               -1);
     const CTreeNode* const first = tree.GetFirstNode(nullptr);
     EXPECT_EQ(first->GetFlags(), 7u);
     EXPECT_EQ(CTree::GetConstRight(first)->GetFlags(), 8u) << "its class record is only a reference";
+    tree.AddChild(nullptr, new FirstSchemaNode, 0);
+    EXPECT_EQ(vak::test::ArchiveCause([&] { Stored(tree); }), CArchiveException::badSchema);
     EXPECT_FALSE(first->GetCustomData().HasData() || CTree::GetConstRight(first)->GetCustomData().HasData());
 }
 

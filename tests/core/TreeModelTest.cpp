@@ -60,7 +60,7 @@ TEST(TreeModelTest, DoesWhatNestedVectorsDo)
     Model root;
     std::mt19937 random(7);
     const auto below = [&random](std::size_t limit) { return random() % limit; };
-    for (int step = 0; step < 20000; ++step) {
+    for (int step = 0; step < 5000; ++step) {
         std::vector<Model*> all;
         root.List(all);
         std::vector<CTreeNode*> nodes;
