@@ -225,6 +225,12 @@ UINT CArchive::Read(void* data, UINT size)
 
 void CArchive::EnsureRead(void* data, UINT size)
 {
+    // While the archive stores, the end lies at the buffer's begin.
+    if (size != 0 && m_readEnd - m_current >= std::ptrdiff_t(size)) {
+        std::memcpy(data, m_current, size);
+        m_current += size;
+        return;
+    }
     if (Read(data, size) != size)
         Throw(CArchiveException::endOfFile);
 }
