@@ -88,17 +88,14 @@ bool IsLineBreak(const CString& unit)
     return unit == L"\r" || unit == L"\n" || unit == L"\v";
 }
 
-/// Deletes a stretch, with the line that it leaves empty and that line's break (the one before it for the
-/// last line), and returns what is gone: nothing when the control refuses, as it may for protected text.
+/// Deletes a stretch, with the break of a line that it leaves empty, and returns what is gone: nothing when
+/// the control refuses, as it may for protected text. (An empty last line goes at the end of the scan.)
 TagRange Delete(CRichEditCtrl& control, TagRange stretch)
 {
     const unsigned int length = LengthOf(control);
-    const bool isAtBegin = stretch.start == 0;
-    const bool isAtEnd = stretch.end >= length;
-    const bool beginsLine = isAtBegin || IsLineBreak(TextOf(control, {stretch.start - 1, stretch.start}));
-    if (beginsLine && isAtEnd && !isAtBegin)
-        --stretch.start;
-    else if (beginsLine && !isAtEnd && IsLineBreak(TextOf(control, {stretch.end, stretch.end + 1})))
+    const bool beginsLine =
+        stretch.start == 0 || IsLineBreak(TextOf(control, {stretch.start - 1, stretch.start}));
+    if (beginsLine && stretch.end < length && IsLineBreak(TextOf(control, {stretch.end, stretch.end + 1})))
         ++stretch.end;
     Select(control, stretch);
     Replace(control, L"");
