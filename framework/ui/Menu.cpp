@@ -40,24 +40,6 @@ BOOL CMenu::AppendMenu(UINT flags, UINT_PTR item, LPCTSTR text)
     return ::AppendMenu(m_hMenu, flags, item, text);
 }
 
-int CMenu::GetMenuItemCount() const
-{
-    return ::GetMenuItemCount(m_hMenu);
-}
-
-int CMenu::GetMenuString(UINT item, CString& text, UINT flags) const
-{
-    const int length = ::GetMenuString(m_hMenu, item, nullptr, 0, flags);
-    const int copied = ::GetMenuString(m_hMenu, item, text.GetBuffer(length), length + 1, flags);
-    text.ReleaseBuffer(copied);
-    return copied;
-}
-
-HMENU CMenu::GetSubMenu(int position) const
-{
-    return ::GetSubMenu(m_hMenu, position);
-}
-
 BOOL CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner)
 {
     HWND window = owner ? owner->GetSafeHwnd() : GetActiveWindow();

@@ -28,12 +28,6 @@ public:
     /// Adds an item at the end: `flags` MF_STRING with a command and its text, MF_SEPARATOR, or MF_POPUP with
     /// a menu handle, which this menu then owns. A single '&' of the text underlines the next character.
     BOOL AppendMenu(UINT flags, UINT_PTR item = 0, LPCTSTR text = nullptr);
-    /// -1 when there is no menu.
-    int GetMenuItemCount() const;
-    /// Puts the text of an item, a position or a command by `flags`, into `text` and returns its length.
-    int GetMenuString(UINT item, CString& text, UINT flags) const;
-    /// The menu inside the item at `position`, which stays this menu's; null when that is none.
-    HMENU GetSubMenu(int position) const;
 
     /// Shows the menu at that point of the screen until an item is chosen or the user gives up. With
     /// TPM_RETURNCMD the result is the command chosen, 0 for none. `owner` is a window of this thread; null
