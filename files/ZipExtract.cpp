@@ -84,7 +84,7 @@ void CZipArchive::Extract(std::size_t index, LPCWSTR path, bool fullPath, LPCWST
         ThrowZip(cause, state.path, listed);
     detail::ZipTarget target(path, state.path, listed);
     if (isFolder)
-        return target.MakeFolder(safe);
+        return target.MakeFolder(safe + L'\\');
     target.Begin(safe, state.temporary);
     ReadData(state, entry, bufferSize,
              [&target](std::span<const std::uint8_t> bytes) { target.Write(bytes); });

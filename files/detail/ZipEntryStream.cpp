@@ -82,7 +82,8 @@ void ZipEntryStream::Begin()
         Throw(m_entry.defect);
     if ((m_entry.flags & (zip::kFlagEncrypted | zip::kFlagStrongEncryption | zip::kFlagMasked)) != 0)
         Throw(CZipException::encrypted);
-    if (!isStored && m_entry.method != zip::kMethodDeflated)
+    const bool isPatch = (m_entry.flags & zip::kFlagPatched) != 0;
+    if (isPatch || (!isStored && m_entry.method != zip::kMethodDeflated))
         Throw(CZipException::unknownMethod);
     if (const int cause = CheckLocalHeader(m_source, m_directory, m_entry, m_local); cause != 0)
         Throw(cause);

@@ -36,6 +36,8 @@ constexpr std::uint16_t kMethodDeflated = 8;
 
 constexpr std::uint16_t kFlagEncrypted = 0x0001;
 constexpr std::uint16_t kFlagDescriptor = 0x0008;
+/// The data are a patch to another file.
+constexpr std::uint16_t kFlagPatched = 0x0020;
 constexpr std::uint16_t kFlagStrongEncryption = 0x0040;
 constexpr std::uint16_t kFlagUtf8 = 0x0800;
 constexpr std::uint16_t kFlagMasked = 0x2000;

@@ -74,8 +74,11 @@ void ZipTarget::EnterFolder(const CString& path)
 
 void ZipTarget::MakeFolder(const CString& name)
 {
-    for (int end = name.Find(L'\\'); end >= 0; end = name.Find(L'\\', end + 1))
-        EnterFolder(m_folder + name.Left(end));
+    int start = 0;
+    for (int end = 0; (end = name.Find(L'\\', start)) >= 0; start = end + 1) {
+        if (end > start)
+            EnterFolder(m_folder + name.Left(end));
+    }
 }
 
 void ZipTarget::Begin(const CString& name, unsigned int& number)

@@ -23,6 +23,7 @@ public:
     ZipTarget(const ZipTarget&) = delete;
     ZipTarget& operator=(const ZipTarget&) = delete;
 
+    /// Creates every folder of `name` that a backslash ends.
     void MakeFolder(const CString& name);
     /// Creates the folders on the way and the temporary; `number` counts the temporaries' names up.
     void Begin(const CString& name, unsigned int& number);

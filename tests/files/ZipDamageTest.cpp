@@ -110,6 +110,7 @@ const Defect kDefects[] = {
     {"entry: on a disk that is not there", Sound, Central, 34, 2, 1, E::dataOffset, true},
     {"entry: encrypted", Sound, Central, 8, 2, 1, E::encrypted, true},
     {"entry: unknown method", Sound, Central, 10, 2, 93, E::unknownMethod, true},
+    {"entry: a patch", Sound, Central, 8, 2, 0x20, E::unknownMethod, true},
     {"entry: wrong CRC", Sound, Central, 16, 4, 1, E::localCrc, true},
     {"entry: other size", Sound, Central, 24, 4, 8, E::localSize, true},
     {"local: no header", Sound, Local, 2, 1, 9, E::localDamaged, true},

@@ -217,11 +217,13 @@ TEST_F(ZipReadTest, ExtractingMakesFoldersNamesAndTimes)
     EXPECT_TRUE(zip.ExtractFile(2, to, true, L"sub/new.txt"));
     EXPECT_TRUE(zip.ExtractFile(2, to, false, L"sub\\flat.txt"));
     EXPECT_TRUE(zip.ExtractFile(0, to + L"\\more"));
+    EXPECT_TRUE(zip.ExtractFile(0, to, true, L"renamed"));
     EXPECT_EQ(folder.Read("out/deep/models/Car.obj"), "v 1 2 3");
     EXPECT_EQ(folder.Read("out/deep/Car.obj"), "v 1 2 3");
     EXPECT_EQ(folder.Read("out/deep/sub/new.txt"), "hello");
     EXPECT_EQ(folder.Read("out/deep/flat.txt"), "hello");
     EXPECT_TRUE(folder.Has("out/deep/more/models"));
+    EXPECT_TRUE(folder.Has("out/deep/renamed"));
     CFileStatus status;
     ASSERT_TRUE(CFile::GetStatus(folder.Path("out\\deep\\Car.obj"), status));
     EXPECT_EQ(status.m_mtime.Format(L"%Y-%m-%d %H:%M:%S"), L"2025-03-15 13:37:10");
