@@ -114,8 +114,8 @@ CString MakeAs(const CString& path, const Source& source, const Target& target, 
     return {};
 }
 
-void ConvertInto(const Source& source, const Target& target, const CString& destination, ResultNames& names,
-                 Outcome& outcome)
+void ConvertInto(const Source& source, const Target& target, const CString& destination, NameTemplate& stems,
+                 ResultNames& names, Outcome& outcome)
 {
     Content content;
     CFileIo input(CFileNameSpec(source.path, 0), FILE_PARSER_LOADING | FILE_PARSER_SILENT, nullptr);
@@ -124,8 +124,11 @@ void ConvertInto(const Source& source, const Target& target, const CString& dest
     if (!outcome.failure.IsEmpty())
         return;
     outcome.contents = Describe(content);
+    outcome.family = target.family;
+    outcome.vertices = content.mesh.positions.size();
+    outcome.faces = content.mesh.faceSizes.size();
 
-    const CString wanted = destination + ResultStem(source, content) + target.extension;
+    const CString wanted = destination + stems.Stem(source, target, content) + target.extension;
     CString before;
     for (;;) {
         const CString path = names.FreePath(wanted, source.path);
@@ -150,12 +153,13 @@ CString LoadModel(const CString& path, Mesh& mesh)
     return failure;
 }
 
-Outcome Convert(const Source& source, const Target& target, const CString& destination, ResultNames& names)
+Outcome Convert(const Source& source, const Target& target, const CString& destination, NameTemplate& stems,
+                ResultNames& names)
 {
     const auto start = std::chrono::steady_clock::now();
     Outcome outcome;
     outcome.source = source.folder + fileStripPath(source.path);
-    ConvertInto(source, target, destination, names, outcome);
+    ConvertInto(source, target, destination, stems, names, outcome);
     outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return outcome;
 }

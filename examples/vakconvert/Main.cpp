@@ -3,10 +3,13 @@
 #include "examples/vakconvert/Conversion.h"
 #include "examples/vakconvert/Listing.h"
 #include "examples/vakconvert/ModelTree.h"
+#include "examples/vakconvert/Report.h"
 #include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Settings.h"
+#include "examples/vakconvert/TemplateWindow.h"
 #include "files/FileIo.h"
 #include "files/FilePath.h"
+#include "files/FileSystem.h"
 #include "files/FileText.h"
 #include "files/IoPlugins.h"
 #include "framework/base/Application.h"
@@ -14,6 +17,7 @@
 #include "framework/base/StringTable.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 
 /// A console program shows the library's message boxes as lines of its error output.
@@ -77,7 +81,8 @@ int Summarise(const Console& console, const std::vector<Outcome>& outcomes, cons
     return failed == 0 ? 0 : kFailed;
 }
 
-Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, ResultNames& names)
+Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, NameTemplate& stems,
+                   ResultNames& names)
 {
     Outcome outcome;
     outcome.source = source.folder + fileStripPath(source.path);
@@ -87,15 +92,43 @@ Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, Res
     else if (destination.IsEmpty())
         outcome.failure = L"the path of its result would be too long";
     else
-        outcome = Convert(source, *target, destination, names);
+        outcome = Convert(source, *target, destination, stems, names);
     return outcome;
+}
+
+/// Converts the sources, in their order, and returns how many it found and passed over.
+PassedOver ConvertSources(const Console& console, const Settings& settings,
+                          const std::vector<Target>& targets, Batch& batch, std::vector<Source>& sources,
+                          RunFacts& facts)
+{
+    NameTemplate stems(settings.name, facts.date);
+    for (const TagProblem& problem : stems.Problems())
+        console.PrintError(L"vakconvert: --name, " + TextOf(problem) + L"\n");
+    PassedOver passedOver;
+    passedOver.results = PassOverResults(sources, targets, batch, stems, settings.overwrite);
+    ResultNames names(sources, settings.overwrite);
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        const Source& source = sources[i];
+        console.ShowProgress(i, sources.size(), source.path);
+        const Target* target = TargetOf(source, targets);
+        if (target == nullptr && !source.named)
+            ++passedOver.others;
+        else
+            facts.outcomes.push_back(ConvertOne(source, target, batch, stems, names));
+    }
+    console.EndProgress();
+    facts.passedOver = passedOver.others + passedOver.results;
+    return passedOver;
 }
 
 int ConvertAll(const Console& console, const Settings& settings)
 {
     std::vector<Target> targets;
     Batch batch(settings);
+    const Report report(settings);
     CString problem = batch.Problem();
+    if (problem.IsEmpty())
+        problem = report.Problem();
     if (problem.IsEmpty())
         problem = PrepareTargets(settings, targets);
     if (!problem.IsEmpty()) {
@@ -107,24 +140,37 @@ int ConvertAll(const Console& console, const Settings& settings)
     for (const CString& text : problems)
         console.PrintError(L"vakconvert: " + text + L"\n");
 
-    PassedOver passedOver;
-    passedOver.results = PassOverResults(sources, targets, batch, settings.overwrite);
-    std::vector<Outcome> outcomes;
-    ResultNames names(sources, settings.overwrite);
-    for (std::size_t i = 0; i < sources.size(); ++i) {
-        const Source& source = sources[i];
-        console.ShowProgress(i, sources.size(), source.path);
-        const Target* target = TargetOf(source, targets);
-        if (target == nullptr && !source.named)
-            ++passedOver.others;
-        else
-            outcomes.push_back(ConvertOne(source, target, batch, names));
-    }
-    console.EndProgress();
-    const int result = outcomes.empty() ? 0 : Summarise(console, outcomes, passedOver);
-    if (outcomes.empty())
+    const auto start = std::chrono::steady_clock::now();
+    RunFacts facts;
+    facts.date = CTime::GetCurrentTime();
+    facts.destination = settings.destination;
+    const PassedOver passedOver = ConvertSources(console, settings, targets, batch, sources, facts);
+    facts.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const int result = facts.outcomes.empty() ? 0 : Summarise(console, facts.outcomes, passedOver);
+    if (facts.outcomes.empty())
         console.Print(L"nothing to convert\n");
-    return problems.empty() ? result : kFailed;
+    const bool isReported = report.Write(facts, console);
+    return problems.empty() && isReported ? result : kFailed;
+}
+
+int EditTemplate(const Console& console, const CString& path)
+{
+    TemplateFile file;
+    const CString problem = fileExists(path) ? ReadTemplate(path, file) : NewTemplate(path, file);
+    if (!problem.IsEmpty()) {
+        console.PrintError(L"vakconvert: " + problem + L"\n");
+        return kWrongCall;
+    }
+    // Its questions are boxes, not lines.
+    CWinApp application(L"vakconvert");
+    TemplateWindow window(file);
+    if (window.Open()) {
+        application.m_pMainWnd = &window;
+        window.RunModalLoop();
+        return 0;
+    }
+    console.PrintError(L"vakconvert: the window cannot be shown\n");
+    return kFailed;
 }
 
 int Run(const Console& console, const std::vector<CString>& arguments)
@@ -139,6 +185,8 @@ int Run(const Console& console, const std::vector<CString>& arguments)
         console.Print(UsageText());
         return 0;
     }
+    if (!settings.editTemplate.IsEmpty())
+        return EditTemplate(console, settings.editTemplate);
     if (!settings.preferences.IsEmpty())
         CFileIo::SetPreferencesFilePath(settings.preferences);
     RegisterIOPlugins(kIoPlugin3D);

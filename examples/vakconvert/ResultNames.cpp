@@ -37,9 +37,26 @@ struct Planned
 {
     CHashTable<CString> anew;    ///< from a source of another place or name
     CHashTable<CString> inPlace; ///< from the very file
+
+    /// A result whose name is not known yet, and its source.
+    struct Guess
+    {
+        CString result;
+        CString source;
+    };
+    std::vector<Guess> guesses;
+
+    bool IsGuessed(const CString& path, const CString& bare) const
+    {
+        return std::any_of(guesses.begin(), guesses.end(), [&](const Guess& guess) {
+            return guess.source != path &&
+                   (NameMatches(guess.result, path) || NameMatches(guess.result, bare));
+        });
+    }
 };
 
-Planned Plan(const std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch)
+Planned Plan(const std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch,
+             NameTemplate& stems)
 {
     Planned planned;
     for (const Source& source : sources) {
@@ -48,8 +65,11 @@ Planned Plan(const std::vector<Source>& sources, const std::vector<Target>& targ
             continue;
         const CString own = Key(source.path);
         const CString result =
-            Key(batch.FolderFor(source) + fileStripPath(source.path, 1) + target->extension);
-        (result == own ? planned.inPlace : planned.anew).Insert(result);
+            Key(batch.FolderFor(source) + stems.Guess(source, *target) + target->extension);
+        if (IsOpenGuess(result))
+            planned.guesses.push_back({result, own});
+        else
+            (result == own ? planned.inPlace : planned.anew).Insert(result);
     }
     return planned;
 }
@@ -82,11 +102,6 @@ bool ResultNames::IsTaken(const CString& path, const CString& source) const
     return isForeign || m_results.IsFound(key) || (!m_overwrite && fileExists(path));
 }
 
-CString ResultStem(const Source& source, const Content&)
-{
-    return fileStripPath(source.path, 1);
-}
-
 const Target* TargetOf(const Source& source, const std::vector<Target>& targets)
 {
     const unsigned int family = fileGetKindOf(source.path);
@@ -98,15 +113,15 @@ const Target* TargetOf(const Source& source, const std::vector<Target>& targets)
 }
 
 std::size_t PassOverResults(std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch,
-                            bool overwrite)
+                            NameTemplate& stems, bool overwrite)
 {
-    const Planned planned = Plan(sources, targets, batch);
+    const Planned planned = Plan(sources, targets, batch, stems);
     const auto isResult = [&](const Source& source) {
         const CString path = Key(source.path);
         const CString bare = WithoutNumber(path);
         if (source.named || TargetOf(source, targets) == nullptr)
             return false;
-        return planned.anew.IsFound(path) || planned.anew.IsFound(bare) ||
+        return planned.anew.IsFound(path) || planned.anew.IsFound(bare) || planned.IsGuessed(path, bare) ||
                (!overwrite && bare != path && planned.inPlace.IsFound(bare));
     };
     return std::erase_if(sources, isResult);

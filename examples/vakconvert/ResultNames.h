@@ -2,7 +2,7 @@
 
 #include "core/HashTable.h"
 #include "examples/vakconvert/Batch.h"
-#include "examples/vakconvert/Content.h"
+#include "examples/vakconvert/NameTemplate.h"
 #include "examples/vakconvert/Sources.h"
 #include "examples/vakconvert/Target.h"
 
@@ -30,16 +30,13 @@ private:
     CHashTable<CString> m_results;
 };
 
-/// The name of a source's result without its extension, once the source is loaded. What must know it before,
-/// PassOverResults, takes the source's own.
-CString ResultStem(const Source& source, const Content& content);
-
 /// The first of `targets` that can take what the source holds; null when there is none.
 const Target* TargetOf(const Source& source, const std::vector<Target>& targets);
 
 /// Removes the sources that look like what an earlier run made of another source in the list: of the target's
 /// extension, in the place and with the name that the other's result has, numbered or not. Files that the
 /// user named stay, and so do, with `overwrite`, numbered neighbours of a file of the target's own kind: they
-/// are not made then. Returns how many were removed.
+/// are not made then. Where the template of the names leaves open what only the loaded source tells, every
+/// name that it could become counts. Returns how many were removed.
 std::size_t PassOverResults(std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch,
-                            bool overwrite);
+                            NameTemplate& stems, bool overwrite);

@@ -59,6 +59,30 @@ CString SubfolderName(CString text)
     return isBelow ? name : CString();
 }
 
+struct PathOption
+{
+    const wchar_t* name;
+    CString Settings::*path;
+};
+
+constexpr PathOption kPaths[] = {
+    {L"--preferences", &Settings::preferences},
+    {L"--report", &Settings::report},
+    {L"--report-out", &Settings::reportOut},
+    {L"--edit-template", &Settings::editTemplate},
+};
+
+bool TakePath(const CString& name, const CString& value, Settings& settings)
+{
+    for (const PathOption& known : kPaths) {
+        if (name == known.name) {
+            settings.*known.path = FullPath(value);
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Takes an argument that has a value; false when `name` is none of these. `problem` tells of a bad value.
 bool TakeValue(const CString& name, const CString& value, Settings& settings, CString& problem)
 {
@@ -81,8 +105,10 @@ bool TakeValue(const CString& name, const CString& value, Settings& settings, CS
             problem.Format(L"\"%s\" is no subfolder", value.GetString());
         return true;
     }
-    if (name == L"--preferences") {
-        settings.preferences = FullPath(value);
+    if (TakePath(name, value, settings))
+        return true;
+    if (name == L"--name" || name == L"-n") {
+        settings.name = value;
         return true;
     }
     if (name != L"--option" && name != L"-o")
@@ -112,7 +138,7 @@ CString CheckDestination(const Settings& settings)
 CString Complete(Settings& settings)
 {
     settings.recurse = settings.recurse || settings.recreateTree;
-    if (settings.help || settings.listKinds || settings.listPlugins)
+    if (settings.help || settings.listKinds || settings.listPlugins || !settings.editTemplate.IsEmpty())
         return {};
     if (settings.sources.empty())
         return L"no source was given";
@@ -120,6 +146,8 @@ CString Complete(Settings& settings)
         return {};
     if (settings.targets.empty())
         return L"no target kind was given (--to .stl)";
+    if (!settings.reportOut.IsEmpty() && settings.report.IsEmpty())
+        return L"--report-out needs a template (--report)";
     return CheckDestination(settings);
 }
 
@@ -170,12 +198,20 @@ CString UsageText()
            L"  -s, --subfolder NAME results go to this folder below each source's own\n"
            L"      --beside         results go beside their sources, as they do without these options\n"
            L"  -y, --overwrite      replaces files that exist; else a name that is taken gets a number\n"
+           L"  -n, --name TEMPLATE  names results by tags: \"<file(shortname)>_<vertices>\"; see below\n"
+           L"      --report FILE    writes a report from a template, .txt or .rtf, beside the results\n"
+           L"      --report-out F   writes it as this file\n"
+           L"      --edit-template F  opens a report template in a window\n"
            L"  -o, --option N=V     sets an option of the target format, such as binary=0 or quality=80\n"
            L"      --save-options   keeps these options for later runs\n"
            L"      --preferences F  keeps them in this file\n"
            L"      --tree           shows what the models are made of instead of converting them\n"
            L"      --list-kinds     shows what can be read and written, and the options\n"
            L"      --list-plugins   shows the plug-ins, and why one was refused\n"
+           L"\n"
+           L"Tags of names: <file>, as in <file(shortname)> or <file(topdir)>; <kind>, <index>, <date> or\n"
+           L"<date(d)>; <vertices>, <faces>, <groups>, <materials> of models; <width>, <height> of images.\n"
+           L"Tags of reports are in the menu of --edit-template.\n"
            L"\n"
            L"The exit code is 0 when everything was converted, 1 when a file failed, 2 when the call is "
            L"wrong.\n";

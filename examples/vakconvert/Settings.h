@@ -17,6 +17,10 @@ struct Settings
     std::vector<CString> targets; ///< extensions with their dots, lower-case
     CString destination;          ///< absolute and slash-terminated; empty: none
     CString subfolder;            ///< relative, without "." and ".."; empty: none
+    CString name;                 ///< the template of the results' names; empty: those of the sources
+    CString report;               ///< the template of the report, absolute; empty: no report is wanted
+    CString reportOut;            ///< where it goes, absolute; empty: to the destination
+    CString editTemplate;         ///< the template to edit, absolute; empty: nothing is to be edited
     std::vector<Option> options;
     CString preferences; ///< another preferences file; empty: the library's own
     bool recurse = false;
