@@ -5,16 +5,17 @@
 #include <ctemplate/template.h>
 #include <pcre2.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstdlib>
 #include <random>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 /// One pass from a template to its expansion: ours, a regular expression in machine code with a table of
-/// values beside it, and a template library, whose template is parsed before.
+/// callbacks beside it, and a template library, whose template is parsed before. The first two do the same:
+/// names in whatever case, parameters apart from the name, values from callbacks. The third looks up texts
+/// that were set before.
 
 namespace {
 
@@ -104,48 +105,91 @@ std::u16string Widen(const std::string& text)
     return std::u16string(text.begin(), text.end());
 }
 
-struct ViewHash
+/// What a name stands for: a callback with its data.
+struct Source
 {
-    using is_transparent = void;
-    std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
+    void (*give)(const void* data, std::u16string& value);
+    const void* data;
 };
+
+void GiveText(const void* data, std::u16string& value)
+{
+    value = *static_cast<const std::u16string*>(data);
+}
+
+class Expression
+{
+public:
+    explicit Expression(const std::u16string& pattern)
+    {
+        int error = 0;
+        PCRE2_SIZE offset = 0;
+        m_code = pcre2_compile_16(reinterpret_cast<PCRE2_SPTR16>(pattern.data()), pattern.size(), 0, &error,
+                                  &offset, nullptr);
+        if (m_code == nullptr || pcre2_jit_compile_16(m_code, PCRE2_JIT_COMPLETE) != 0)
+            std::abort();
+        m_match = pcre2_match_data_create_from_pattern_16(m_code, nullptr);
+    }
+    ~Expression()
+    {
+        pcre2_match_data_free_16(m_match);
+        pcre2_code_free_16(m_code);
+    }
+    Expression(const Expression&) = delete;
+    Expression& operator=(const Expression&) = delete;
+
+    /// The starts and ends of the next match and its groups, or null.
+    const PCRE2_SIZE* Next(const std::u16string& text, std::size_t from)
+    {
+        const auto* const units = reinterpret_cast<PCRE2_SPTR16>(text.data());
+        return pcre2_jit_match_16(m_code, units, text.size(), from, 0, m_match, nullptr) > 0
+                   ? pcre2_get_ovector_pointer_16(m_match)
+                   : nullptr;
+    }
+
+private:
+    pcre2_code_16* m_code = nullptr;
+    pcre2_match_data_16* m_match = nullptr;
+};
+
+char16_t LowerAscii(char16_t unit)
+{
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
+}
 
 void RegularExpression(benchmark::State& state)
 {
     const std::u16string text = Widen(MakeTemplate("<", ">"));
-    std::unordered_map<std::u16string, std::u16string, ViewHash, std::equal_to<>> values;
+    std::vector<std::u16string> values;
     for (const Tag& tag : AllTags())
-        values.emplace(Widen(tag.name), Widen(tag.value));
-    const std::u16string pattern = u"<([^<>]*)>";
-    int error = 0;
-    PCRE2_SIZE offset = 0;
-    pcre2_code_16* const code = pcre2_compile_16(reinterpret_cast<PCRE2_SPTR16>(pattern.data()),
-                                                 pattern.size(), 0, &error, &offset, nullptr);
-    if (code == nullptr || pcre2_jit_compile_16(code, PCRE2_JIT_COMPLETE) != 0)
-        std::abort();
-    pcre2_match_data_16* const match = pcre2_match_data_create_from_pattern_16(code, nullptr);
-    const auto* const units = reinterpret_cast<PCRE2_SPTR16>(text.data());
-    const PCRE2_SIZE* const at = pcre2_get_ovector_pointer_16(match);
+        values.push_back(Widen(tag.value));
+    std::unordered_map<std::u16string, Source> sources;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        sources[Widen(AllTags()[i].name)] = {GiveText, &values[i]};
+    Expression expression(u"<([^<>(]*)(\\([^<>]*)?>");
     std::size_t length = 0;
     for (auto _ : state) {
         std::u16string out;
+        std::u16string name;
+        std::u16string value;
         std::size_t done = 0;
         std::size_t from = 0;
-        while (pcre2_jit_match_16(code, units, text.size(), from, 0, match, nullptr) > 0) {
+        while (const PCRE2_SIZE* const at = expression.Next(text, from)) {
             from = at[1];
-            const auto found = values.find(std::u16string_view(text).substr(at[2], at[3] - at[2]));
-            if (found == values.end())
+            name.assign(text, at[2], at[3] - at[2]);
+            std::transform(name.begin(), name.end(), name.begin(), LowerAscii);
+            const auto found = sources.find(name);
+            if (found == sources.end())
                 continue;
             out.append(text, done, at[0] - done);
-            out.append(found->second);
+            found->second.give(found->second.data, value);
+            out.append(value);
             done = at[1];
         }
         out.append(text, done);
         length = out.size();
     }
     CountTags(state, length);
-    pcre2_match_data_free_16(match);
-    pcre2_code_free_16(code);
 }
 
 void ParsedTemplate(benchmark::State& state)

@@ -65,12 +65,12 @@ CTagValue& CTagValue::operator=(const CTagValue& other)
 
 CTagValue::~CTagValue() = default;
 
-CString CTagValue::GetText() const
+const CString& CTagValue::GetText() const
 {
     return Held(m_text);
 }
 
-CString CTagValue::GetFilename() const
+const CString& CTagValue::GetFilename() const
 {
     return Held(m_text);
 }

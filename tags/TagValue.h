@@ -40,9 +40,9 @@ public:
     /// Returns 1 when the kind is 0.
     int IsEmpty() const { return m_kind == TAGDATA_NONE ? 1 : 0; }
 
-    CString GetText() const;
+    const CString& GetText() const;
     /// Shares its place with the text.
-    CString GetFilename() const;
+    const CString& GetFilename() const;
     /// These five share one place of 64 bits; the 32-bit getters return its low half.
     unsigned int GetUInt() const;
     int GetInt() const;

@@ -7,6 +7,7 @@
 #include "tags/detail/TagText.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -86,6 +87,14 @@ unsigned int ToSlot(POSITION position)
     return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(position)) - 1;
 }
 
+/// Makes room behind `out` for a template of `length` units and values that are somewhat longer than their
+/// tags.
+void MakeRoom(CString& out, int length)
+{
+    const std::int64_t wanted = std::int64_t{out.GetLength()} + length + length / 4;
+    out.Preallocate(static_cast<int>(std::min<std::int64_t>(wanted, INT_MAX)));
+}
+
 /// The parameter that the tag's chain ends in, or null when there is none or it is unknown.
 const detail::TagParameter* LastParameterOf(const CTagInfo& tag)
 {
@@ -159,6 +168,7 @@ int CTags::RemoveTag(const CString& name)
     if (tag == nullptr)
         return 0;
     UnregisterId(*tag);
+    m_index.Remove(*tag);
     m_byName.Remove(tag->m_tagName);
     return 1;
 }
@@ -172,6 +182,7 @@ int CTags::RemoveTagByClass(unsigned int tagClass)
     });
     for (CTagInfo* tag : removed) {
         m_byId.Remove(KeyOf(*tag));
+        m_index.Remove(*tag);
         m_byName.Remove(tag->m_tagName);
         delete tag;
     }
@@ -295,6 +306,8 @@ int CTags::Scan(CString& out, CTagInfo& info)
     detail::ScanState* const state = m_scans.Find();
     if (state == nullptr)
         return 0;
+    if (state->position == 0)
+        MakeRoom(out, state->text.GetLength());
     const wchar_t* const text = state->text;
     const wchar_t* const from = text + state->position;
     const wchar_t* const end = text + state->text.GetLength();
@@ -321,22 +334,32 @@ CTags::Found CTags::FindTag(const wchar_t* from, const wchar_t* end, CString& na
 {
     const wchar_t* start = detail::FindTagStart(from, end);
     while (start != end) {
-        const wchar_t* const bracket = detail::FindTagBracket(start + 1, end);
-        if (bracket == end)
-            break;
-        if (*bracket == L'<') {
-            start = bracket;
-            continue;
-        }
-        const auto length = static_cast<std::size_t>(bracket + 1 - start);
-        const std::size_t nameEnd = detail::ReadTagName(start, length, m_longestName, name);
-        if (nameEnd != detail::kTagTooLong) {
-            if (const CTagInfo* const tag = FindName(name))
-                return {tag, start, std::min(start + nameEnd, bracket), bracket};
-        }
-        start = detail::FindTagStart(bracket + 1, end);
+        const Found found = ReadTag(start, end, name);
+        if (found.tag != nullptr || found.end == end)
+            return found;
+        start = *found.end == L'<' ? found.end : detail::FindTagStart(found.end + 1, end);
     }
     return {};
+}
+
+/// The tag at a "<", if it is registered, and the bracket that ends it; without a tag, `end` is the next
+/// bracket, or the end of the text.
+CTags::Found CTags::ReadTag(const wchar_t* start, const wchar_t* end, CString& name) const
+{
+    if (end - start >= static_cast<std::ptrdiff_t>(detail::kBlockUnits)) {
+        detail::ShortName shortName;
+        const std::size_t length = detail::ReadShortName(start, shortName);
+        const CTagInfo* const tag = length != 0 ? m_index.Find(shortName) : nullptr;
+        if (tag != nullptr)
+            return {tag, start, start + length - 1, start + length - 1};
+    }
+    const wchar_t* const bracket = detail::FindTagBracket(start + 1, end);
+    if (bracket == end || *bracket == L'<')
+        return {nullptr, start, bracket, bracket};
+    const auto length = static_cast<std::size_t>(bracket + 1 - start);
+    const std::size_t nameEnd = detail::ReadTagName(start, length, m_longestName, name);
+    const CTagInfo* const tag = nameEnd != detail::kTagTooLong ? FindName(name) : nullptr;
+    return {tag, start, std::min(start + nameEnd, bracket), bracket};
 }
 
 CTagInfo* CTags::FindName(const CString& name) const
@@ -361,13 +384,14 @@ int CTags::Register(const CTagInfo& tag)
         return 0;
     }
     OwnedTag made = NewTag(tag);
+    m_index.MakeRoom();
     if (m_byName.Insert(made->m_tagName, made.get()) == 0)
         detail::ThrowMemory();
     if (!RegisterId(*made)) {
         m_byName.Remove(made->m_tagName);
         detail::ThrowMemory();
     }
-    made.release();
+    m_index.Insert(*made.release());
     return 1;
 }
 
@@ -407,6 +431,7 @@ void CTags::RemoveAll()
     ForEach(m_byName, [](const CString&, CTagInfo* tag) { delete tag; });
     m_byName.Clear();
     m_byId.Clear();
+    m_index.Clear();
 }
 
 /// Copies the tables, slot for slot, into this engine, which has no tags; throws CMemoryException and leaves
@@ -415,6 +440,11 @@ void CTags::CopyTags(const CTags& other)
 {
     List<OwnedTag> copies;
     ForEach(other.m_byName, [&](const CString&, const CTagInfo* tag) { copies.push_back(NewTag(*tag)); });
+    detail::TagIndex index;
+    for (const OwnedTag& copy : copies) {
+        index.MakeRoom();
+        index.Insert(*copy);
+    }
     m_byName = other.m_byName;
     m_byId = other.m_byId;
     if (m_byName.GetCount() != other.m_byName.GetCount() || m_byId.GetCount() != other.m_byId.GetCount()) {
@@ -430,5 +460,6 @@ void CTags::CopyTags(const CTags& other)
     ForEach(other.m_byId, [&](const detail::TagKey& key, const CTagInfo* tag) {
         m_byId.Insert(key, FindName(tag->m_tagName));
     });
+    m_index = std::move(index);
     m_longestName = other.m_longestName;
 }

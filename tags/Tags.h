@@ -9,6 +9,7 @@
 #include "tags/TagInfo.h"
 #include "tags/TagValue.h"
 #include "tags/detail/ScanState.h"
+#include "tags/detail/TagIndex.h"
 
 class CRichEditCtrl;
 
@@ -208,6 +209,7 @@ private:
     };
 
     Found FindTag(const wchar_t* from, const wchar_t* end, CString& name) const;
+    Found ReadTag(const wchar_t* start, const wchar_t* end, CString& name) const;
     CTagInfo* FindName(const CString& name) const;
     CTagInfo* FindId(unsigned int tagClass, unsigned int tagId) const;
     CTagInfo* FindOther(const CTagInfo& tag) const;
@@ -217,6 +219,7 @@ private:
     void RemoveAll();
     void CopyTags(const CTags& other);
 
+    vak::detail::TagIndex m_index;
     /// Units of the longest name that was ever registered.
     std::size_t m_longestName = 0;
 };

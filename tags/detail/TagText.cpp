@@ -1,54 +1,41 @@
 #include "tags/detail/TagText.h"
 
 #include "framework/base/SystemText.h"
+#include "tags/detail/UnitBlock.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdint>
-#include <cstring>
 
 namespace vak::detail {
 
 namespace {
 
-constexpr std::uint64_t kEachUnit = 0x0001000100010001;
+constexpr wchar_t kAscii = 0x80;
 
-/// Units below 0x80 in lower case.
-constexpr std::array<wchar_t, 0x80> kAsciiLower = [] {
-    std::array<wchar_t, 0x80> lower{};
-    for (wchar_t unit = 0; unit < 0x80; ++unit)
+/// ASCII in lower case.
+constexpr std::array<wchar_t, kAscii> kAsciiLower = [] {
+    std::array<wchar_t, kAscii> lower{};
+    for (wchar_t unit = 0; unit < kAscii; ++unit)
         lower[unit] = unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + 0x20) : unit;
     return lower;
 }();
 
 wchar_t Lower(wchar_t unit)
 {
-    return unit < kAsciiLower.size() ? kAsciiLower[unit] : system::ToLower(unit);
-}
-
-/// Of four units, the high bit of those that are "<"; behind the first of them others may be marked as well.
-std::uint64_t MarkStarts(const wchar_t* units)
-{
-    std::uint64_t word;
-    std::memcpy(&word, units, sizeof word);
-    word ^= kEachUnit * L'<';
-    return (word - kEachUnit) & ~word & (kEachUnit << 15);
+    return unit < kAscii ? kAsciiLower[unit] : system::ToLower(unit);
 }
 
 } // namespace
 
 const wchar_t* FindTagStart(const wchar_t* first, const wchar_t* end)
 {
-    static_assert(std::endian::native == std::endian::little, "the first unit is the lowest of a word");
-    for (; end - first >= 4; first += 4) {
-        const std::uint64_t starts = MarkStarts(first);
-        if (starts != 0)
-            return first + (std::countr_zero(starts) >> 4);
+    for (; end - first >= static_cast<std::ptrdiff_t>(kBlockUnits); first += kBlockUnits) {
+        const std::size_t at = FindInBlock(LoadBlock(first), L'<');
+        if (at != kBlockUnits)
+            return first + at;
     }
-    while (first != end && *first != L'<')
-        ++first;
-    return first;
+    return std::find(first, end, L'<');
 }
 
 const wchar_t* FindTagBracket(const wchar_t* first, const wchar_t* end)
