@@ -24,6 +24,8 @@ CTags SomeTags()
     Insert(tags, L"<true>", TAGDATA_BOOL, 'TRUE');
     Insert(tags, L"<color>", TAGDATA_COLOR, 'COLO');
     Insert(tags, L"<none>", TAGDATA_NONE, 'NONE');
+    Insert(tags, L"<fourteen-units>", TAGDATA_TEXT, 'FOUR', L"14");
+    Insert(tags, L"<fifteen---units>", TAGDATA_TEXT, 'FIFT', L"15");
     return tags;
 }
 
@@ -62,6 +64,8 @@ TEST(TagScan, PutsValuesInPlaceOfTagsAndKeepsEverythingElse)
         {L"<name", L"<name"},
         {L"<>< ><(ext)>", L"<>< ><(ext)>"},
         {L"<\tname>", L"<\tname>"},
+        {L"<fourteen-units><fifteen---units><<name>, <Name>, <fourteen-unit>.",
+         L"1415<Jo, Jo, <fourteen-unit>."},
         {CString(L"a\0<name>\0<\0>", 13), CString(L"a\0Jo\0<\0>", 9)},
     };
     CTags tags = SomeTags();

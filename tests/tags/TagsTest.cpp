@@ -89,10 +89,13 @@ TEST(Tags, GoByClassAndLeaveCopiesAlone)
     EXPECT_EQ(tags.RemoveTagByClass('EVEN'), 100);
     EXPECT_EQ(tags.RemoveTagByClass('EVEN'), 0);
     EXPECT_EQ(tags.GetTagName('EVEN', 2) + tags.GetTagName('ODD ', 3), L"<tag3>");
-    EXPECT_EQ(Expand(tags, L"<tag2><tag3>"), L"<tag2>Vrai");
+    Insert(tags, L"<tag4>", TAGDATA_TEXT, 4, L"new");
+    const CString text = L"<tag2><tag3><tag4>, all of them far from the end";
+    EXPECT_EQ(Expand(tags, text), L"<tag2>Vrainew, all of them far from the end");
     tags = CTags();
     EXPECT_EQ(tags.IsInit(), 0);
-    EXPECT_EQ(Expand(copy, L"<tag2><tag3>"), L"VraiVrai");
+    EXPECT_EQ(Expand(tags, text), text);
+    EXPECT_EQ(Expand(copy, text), L"VraiVraiVrai, all of them far from the end");
     EXPECT_EQ(copy.GetTagName('EVEN', 2), L"<tag2>");
 }
 
