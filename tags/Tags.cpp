@@ -358,8 +358,9 @@ CTags::Found CTags::ReadTag(const wchar_t* start, const wchar_t* end, CString& n
         return {nullptr, start, bracket, bracket};
     const auto length = static_cast<std::size_t>(bracket + 1 - start);
     const std::size_t nameEnd = detail::ReadTagName(start, length, m_longestName, name);
-    const CTagInfo* const tag = nameEnd != detail::kTagTooLong ? FindName(name) : nullptr;
-    return {tag, start, std::min(start + nameEnd, bracket), bracket};
+    if (nameEnd == detail::kTagTooLong)
+        return {nullptr, start, bracket, bracket};
+    return {FindName(name), start, std::min(start + nameEnd, bracket), bracket};
 }
 
 CTagInfo* CTags::FindName(const CString& name) const
