@@ -78,7 +78,8 @@ bool EntryBlock::Check(const unsigned char* entries, std::size_t size, std::uint
 
 bool EntryBlock::MakeRoom(std::uint32_t valueSize)
 {
-    constexpr std::uint64_t kSmallestBlock = 88;
+    // Three numbers, and with the allocator's own word a line of the cache: trees have a store in each node.
+    constexpr std::uint64_t kSmallestBlock = 56;
     constexpr std::uint64_t kFastGrowthBelow = 4096;
     const std::uint64_t needed = std::uint64_t{m_size} + StoredEntry::kHeaderSize + valueSize;
     if (!Fits(needed, std::uint64_t{m_count} + 1))
