@@ -65,14 +65,19 @@ ReplacementFile::~ReplacementFile()
 
 void ReplacementFile::Commit()
 {
+    CommitAs(m_target);
+}
+
+void ReplacementFile::CommitAs(LPCWSTR path)
+{
     if (!m_pending)
-        AfxThrowFileException(CFileException::invalidFile, -1, m_target);
+        AfxThrowFileException(CFileException::invalidFile, -1, path);
     DWORD error = 0;
-    if (!system::FlushFile(m_file) || !system::ReplaceFileBy(m_file, m_temporary, m_target))
+    if (!system::FlushFile(m_file) || !system::ReplaceFileBy(m_file, m_temporary, path))
         error = system::LastFileError();
     if (error != 0) {
         Discard();
-        ThrowError(error, m_target);
+        ThrowError(error, path);
     }
     // The new file has its name; nothing that closing could still say undoes that.
     m_pending = false;

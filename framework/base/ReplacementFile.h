@@ -26,6 +26,8 @@ public:
     /// Flushes to the disk and replaces the target. Throws CFileException* and then has removed the
     /// temporary; the target is as it was.
     void Commit();
+    /// The same under another name in the target's folder than was thought at first; the target is left.
+    void CommitAs(LPCWSTR path);
     /// Closes and removes the temporary.
     void Discard();
 

@@ -84,6 +84,10 @@ VAK_INTERNAL_API bool CloseFile(HANDLE file);
 VAK_INTERNAL_API bool ReadFile(HANDLE file, void* buffer, UINT size, UINT& done);
 /// Writes up to `size` bytes; `done` says how many also when it fails.
 VAK_INTERNAL_API bool WriteFile(HANDLE file, const void* buffer, UINT size, UINT& done);
+/// Appends `size` bytes of `from`, beginning at `offset`, to `to` at its position, which moves on behind
+/// them; that of `from` is not known then. In the kernel where it can, so that the bytes do not pass through
+/// the process. `done` says how many were copied also when it fails; fewer only at the end of `from`.
+VAK_INTERNAL_API bool CopyBytes(HANDLE from, ULONGLONG offset, HANDLE to, ULONGLONG size, ULONGLONG& done);
 /// Moves to `offset` from the beginning (0), the position (1) or the end (2).
 VAK_INTERNAL_API bool SeekFile(HANDLE file, LONGLONG offset, UINT from, ULONGLONG& position);
 VAK_INTERNAL_API bool GetFileLength(HANDLE file, ULONGLONG& length);

@@ -4,12 +4,14 @@
 #include "framework/base/posix/ShareTable.h"
 
 #include <fcntl.h>
+#include <sys/sendfile.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 using vak::posix::Fail;
 using vak::posix::FailErrno;
@@ -81,6 +83,26 @@ bool Enter(int descriptor, const OpenOptions& options, bool isNew)
     return false;
 }
 
+/// One step of copying, by the way that still works; the number of bytes, or -1.
+ssize_t CopyStep(int from, off_t& offset, int to, std::size_t size, std::vector<char>& piece)
+{
+    constexpr std::size_t kPiece = 1 << 18;
+    if (piece.empty()) {
+        const ssize_t copied = copy_file_range(from, &offset, to, nullptr, size, 0);
+        if (copied >= 0 || errno == EINTR || errno == ENOSPC || errno == EIO || errno == EDQUOT)
+            return copied;
+        // Across some file systems only this works.
+        const ssize_t sent = sendfile(to, from, &offset, size);
+        if (sent >= 0 || (errno != EINVAL && errno != ENOSYS))
+            return sent;
+        piece.resize(kPiece);
+    }
+    const ssize_t got = pread(from, piece.data(), std::min(size, piece.size()), offset);
+    const ssize_t put = got <= 0 ? got : write(to, piece.data(), static_cast<std::size_t>(got));
+    offset += std::max<ssize_t>(put, 0);
+    return put;
+}
+
 } // namespace
 
 const HANDLE kNoFile = reinterpret_cast<HANDLE>(std::intptr_t{-1});
@@ -149,6 +171,26 @@ bool WriteFile(HANDLE file, const void* buffer, UINT size, UINT& done)
             done += static_cast<UINT>(put);
         else if (errno != EINTR)
             return FailTransfer(Descriptor(file));
+    }
+    return true;
+}
+
+bool CopyBytes(HANDLE from, ULONGLONG offset, HANDLE to, ULONGLONG size, ULONGLONG& done)
+{
+    done = 0;
+    if (Refused(FileOperation::Copy))
+        return false;
+    auto next = static_cast<off_t>(offset);
+    std::vector<char> piece;
+    while (done < size) {
+        const auto wanted = static_cast<std::size_t>(std::min<ULONGLONG>(size - done, kLargestTransfer));
+        const ssize_t copied = CopyStep(Descriptor(from), next, Descriptor(to), wanted, piece);
+        if (copied == 0)
+            return true;
+        if (copied > 0)
+            done += static_cast<ULONGLONG>(copied);
+        else if (errno != EINTR)
+            return FailTransfer(Descriptor(to));
     }
     return true;
 }

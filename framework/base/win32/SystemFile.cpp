@@ -2,6 +2,10 @@
 
 #include "framework/base/SystemFileFault.h"
 
+#include <algorithm>
+#include <memory>
+#include <new>
+
 namespace vak::system {
 
 namespace {
@@ -89,6 +93,34 @@ bool WriteFile(HANDLE file, const void* buffer, UINT size, UINT& done)
     const bool written = ::WriteFile(file, buffer, size, &put, nullptr) != 0;
     done = put;
     return written;
+}
+
+/// The system has no such copying, so a large buffer has to do.
+bool CopyBytes(HANDLE from, ULONGLONG offset, HANDLE to, ULONGLONG size, ULONGLONG& done)
+{
+    constexpr DWORD kPiece = 1 << 20;
+    done = 0;
+    if (Refused(FileOperation::Copy))
+        return false;
+    LARGE_INTEGER start;
+    start.QuadPart = static_cast<LONGLONG>(offset);
+    const std::unique_ptr<char[]> piece(new (std::nothrow) char[kPiece]);
+    if (piece == nullptr)
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    if (piece == nullptr || !SetFilePointerEx(from, start, nullptr, FILE_BEGIN))
+        return false;
+    while (done < size) {
+        DWORD got = 0;
+        DWORD put = 0;
+        if (!::ReadFile(from, piece.get(), static_cast<DWORD>(std::min<ULONGLONG>(size - done, kPiece)), &got,
+                        nullptr))
+            return false;
+        const bool written = ::WriteFile(to, piece.get(), got, &put, nullptr) != 0;
+        done += put;
+        if (!written || got == 0)
+            return written;
+    }
+    return true;
 }
 
 bool SeekFile(HANDLE file, LONGLONG offset, UINT from, ULONGLONG& position)
