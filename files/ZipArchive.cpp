@@ -22,6 +22,7 @@ void CZipArchive::Open(LPCWSTR path, int mode, ULONGLONG volumeSize)
     state.path = path;
     state.mode = mode;
     state.extracted = 0;
+    state.isNew = false;
     if (mode == zipCreate || mode == zipCreateSplit)
         return Create(mode == zipCreateSplit ? volumeSize : 0);
     if (!state.isKept)
@@ -38,8 +39,14 @@ void CZipArchive::Close(int mode, bool setTime)
     state.isOpen = false;
     state.isKept = mode != zipCloseNormal && state.writer == nullptr;
     state.volumes.Release();
-    if (mode == zipCloseNormal)
-        Complete(setTime);
+    try {
+        if (mode == zipCloseNormal)
+            Complete(setTime);
+    } catch (...) {
+        state.writer.reset();
+        state.Forget();
+        throw;
+    }
     state.writer.reset();
     if (!state.isKept)
         state.Forget();
@@ -158,8 +165,9 @@ void ZipState::Forget()
 
 void ZipState::ReadArchive()
 {
+    full = FullPathOf(path);
     try {
-        volumes.Open(FullPathOf(path));
+        volumes.Open(full);
         directory.Read(volumes, codePage, limits.maxDirectory, path);
     } catch (...) {
         Forget();

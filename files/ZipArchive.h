@@ -38,6 +38,10 @@ struct CZipLimits
 ///
 /// Names are given and asked for with backslashes or slashes. A change builds the new archive beside the old
 /// one and puts it in its place in one step, so that at any moment the old archive or the new is there whole.
+/// Deleting, renaming and a new comment do so before they return. What is added is collected, and is in the
+/// archive's file after the next of these or after a normal Close; until then it is seen through this object
+/// only. A new archive appears when it is closed. Data in front of the archive and everything that belongs to
+/// unchanged entries stay byte for byte; data behind the archive, which belong to nobody, are dropped.
 class VAK_API CZipArchive
 {
 public:
@@ -46,14 +50,15 @@ public:
         zipOpen,             ///< an existing archive to read and change; a split one is read-only
         zipOpenReadOnly,     ///< an existing archive, split or not, to read
         zipCreate,           ///< a new archive; one that is there is replaced when this one is closed
-        zipCreateSplit,      ///< a new archive in parts of the volume size: name.z01, name.z02 ... name.zip
+        zipCreateSplit,      ///< a new archive in parts of the volume size: name.z01, name.z02 ... name.zip;
+                             ///< until it is closed it can be added to, nothing else
         zipOpenReadOnlySplit ///< as zipOpenReadOnly; for callers that name the two cases apart
     };
 
     enum CloseMode
     {
-        zipCloseNormal,    ///< what was added to a new archive is completed; throws when that fails
-        zipCloseAfterError ///< nothing more is written and nothing is thrown; a new archive is given up
+        zipCloseNormal,    ///< what was added is completed; throws when that fails, and the file is as it was
+        zipCloseAfterError ///< nothing is thrown; what is not in the archive's file yet is given up
     };
 
     /// How names are compared. Every value but 0 ignores case.
@@ -86,7 +91,8 @@ public:
     /// @{
     /// Opens or creates the archive; one that was open is closed as after an error. An existing split archive
     /// is named by its last part (name.zip, beside name.z01) or, in plain pieces, by the first
-    /// (name.zip.001). `volumeSize` is the size of each part of a new split archive, in bytes.
+    /// (name.zip.001). `volumeSize` is the size of each part of a new split archive, in bytes, at least
+    /// 65,536; such an archive is named .zip, and replaces no part of another.
     ///
     /// Opening an archive again that was closed after an error reads nothing anew unless its file changed.
     void Open(LPCWSTR path, int mode = zipOpen, ULONGLONG volumeSize = 0);
@@ -101,6 +107,7 @@ public:
     const CString& GetArchivePath() const;
     /// The archive's comment; empty when there is none.
     CString GetComment() const;
+    /// In the archive's code page; throws nameCharacter when that lacks a character.
     void SetComment(const CString& comment);
 
     /// The code page for what Open reads from now on.
@@ -145,7 +152,8 @@ public:
 
     /// @name Changing
     /// @{
-    /// Adds a file, or a directory's entry for a path that is one, in place of an entry of the same name.
+    /// Adds a file, or a directory's entry for a path that is one, in place of entries of the same name.
+    /// After a failure the archive is open, with what was added before.
     /// `name` is the entry's name; `level` is deflate's, 0 (store) to 9, -1 its default; `smartness` holds
     /// Smartness bits.
     void Add(LPCWSTR path, LPCWSTR name, int level = -1,

@@ -60,7 +60,8 @@ public:
         aborted,          ///< the caller stopped the operation
         volumeTooSmall,   ///< the volume size of a new split archive is too small
         nameTooLong,      ///< a name or a comment is longer than the format can hold
-        lastCause = nameTooLong
+        archiveChanged,   ///< somebody else has changed the archive's file since it was opened
+        lastCause = archiveChanged
     };
 
     explicit CZipException(int cause = noError, LPCTSTR archive = nullptr, LPCTSTR entry = nullptr,

@@ -42,6 +42,7 @@ int CheckLimits(const ZipState& state, const ZipEntry& entry)
 template <class Write>
 void ReadData(ZipState& state, const ZipEntry& entry, UINT bufferSize, Write write)
 {
+    state.Settle();
     detail::ZipEntryStream stream(state.volumes, state.directory, entry, state.inflater, state.path);
     if (const int cause = CheckLimits(state, entry); cause != 0)
         ThrowZip(cause, state.path, ListedName(state, entry));

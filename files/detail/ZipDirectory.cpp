@@ -107,15 +107,20 @@ void ZipDirectory::AddEntries(ZipSource& source, std::uint64_t declared, bool ex
         ThrowZip(CZipException::directoryCount, name);
 }
 
-ZipEntry ZipDirectory::MakeEntry(ZipSource& source, std::size_t at, const CentralHeader& header)
+void ZipDirectory::Take(ZipEntry& entry, const CentralHeader& header)
 {
-    ZipEntry entry;
-    entry.record = static_cast<std::uint32_t>(at);
     entry.flags = header.flags;
     entry.method = header.method;
     entry.time = header.time;
     entry.date = header.date;
     entry.crc = header.crc;
+}
+
+ZipEntry ZipDirectory::MakeEntry(ZipSource& source, std::size_t at, const CentralHeader& header)
+{
+    ZipEntry entry;
+    entry.record = static_cast<std::uint32_t>(at);
+    Take(entry, header);
     const Bytes extra =
         Bytes(m_bytes).subspan(at + zip::kCentralSize + header.nameLength, header.extraLength);
     zip::Zip64Values values{header.uncompressed, header.compressed, header.localOffset, header.disk};
@@ -237,9 +242,19 @@ CString ZipDirectory::Comment() const
 
 std::size_t ZipDirectory::Find(LPCWSTR name, bool ignoreCase, bool fileNameOnly) const
 {
-    const auto part = [fileNameOnly](std::span<const wchar_t> text) {
-        return fileNameOnly ? zip::FileNameOf(text) : text;
-    };
+    const CString wanted = zip::WithBackslashes(name);
+    return FindText({wanted.GetString(), static_cast<std::size_t>(wanted.GetLength())}, ignoreCase,
+                    fileNameOnly);
+}
+
+std::size_t ZipDirectory::FindFirst(const ZipEntry& entry) const
+{
+    return FindText(NameOf(entry), false, false);
+}
+
+std::size_t ZipDirectory::FindText(Units name, bool ignoreCase, bool fileNameOnly) const
+{
+    const auto part = [fileNameOnly](Units text) { return fileNameOnly ? zip::FileNameOf(text) : text; };
     const auto textOf = [&](std::size_t index) { return part(NameOf(m_entries[index])); };
     ZipNameIndex& table = m_index[ignoreCase][fileNameOnly];
     if (!table.IsBuilt()) {
@@ -249,8 +264,7 @@ std::size_t ZipDirectory::Find(LPCWSTR name, bool ignoreCase, bool fileNameOnly)
                 table.Add(text, i, textOf);
         }
     }
-    const CString wanted = zip::WithBackslashes(name);
-    return table.Find(part({wanted.GetString(), static_cast<std::size_t>(wanted.GetLength())}), textOf);
+    return table.Find(part(name), textOf);
 }
 
 void ZipDirectory::FindMatching(LPCWSTR pattern, bool fullPath, std::vector<std::size_t>& indexes) const

@@ -39,11 +39,31 @@ class VAK_INTERNAL_API ZipDirectory
 public:
     using Bytes = zip::Bytes;
 
+    ZipDirectory() = default;
+    /// An empty one, for an archive that is written.
+    explicit ZipDirectory(UINT codePage) : m_codePage(codePage) {}
+
     /// Replaces the contents by the directory of an archive. `codePage` is for names that are not UTF-8;
     /// `name` is the archive's, for exceptions. Throws CZipException* and is then empty.
     void Read(ZipSource& source, UINT codePage, std::uint64_t mostBytes, const CString& name);
     void Clear();
 
+    /// Appends the entry of a central record. Its local header and its data lie at `offset` in the whole
+    /// space, and end before `end`.
+    void Append(Bytes record, std::uint64_t offset, std::uint64_t end);
+    /// Puts it in the place of an entry that has the same name.
+    void Replace(std::size_t index, Bytes record, std::uint64_t offset, std::uint64_t end);
+    /// Removes the other entries of the name that this one has.
+    void RemoveOthers(std::size_t index);
+    void SetComment(Bytes comment) { m_comment.assign(comment.begin(), comment.end()); }
+    /// Where the directory was written, and where the archive ends.
+    void SetPlace(std::uint64_t start, std::uint64_t end);
+    /// Whether a name occurs twice.
+    bool HasDuplicates() const;
+    /// Whether the entries have the same name.
+    bool IsSameName(const ZipEntry& a, const ZipEntry& b) const;
+
+    UINT CodePage() const { return m_codePage; }
     std::size_t Count() const { return m_entries.size(); }
     const ZipEntry& At(std::size_t index) const { return m_entries[index]; }
     std::span<const ZipEntry> Entries() const { return m_entries; }
@@ -59,6 +79,8 @@ public:
 
     /// As CZipArchive::Find; the tables behind it are made by the first call of their kind.
     std::size_t Find(LPCWSTR name, bool ignoreCase, bool fileNameOnly) const;
+    /// The first entry that has the name of this one.
+    std::size_t FindFirst(const ZipEntry& entry) const;
     void FindMatching(LPCWSTR pattern, bool fullPath, std::vector<std::size_t>& indexes) const;
 
     /// What is in front of the archive proper (a program that extracts it): how much has to be added to the
@@ -72,6 +94,11 @@ public:
 private:
     void AddEntries(ZipSource& source, std::uint64_t declared, bool exact, const CString& name);
     ZipEntry MakeEntry(ZipSource& source, std::size_t at, const zip::CentralHeader& header);
+    ZipEntry MakeWritten(Bytes record, std::uint64_t offset, std::uint64_t end);
+    void IndexLast();
+    void ClearIndexes();
+    std::size_t FindText(std::span<const wchar_t> name, bool ignoreCase, bool fileNameOnly) const;
+    static void Take(ZipEntry& entry, const zip::CentralHeader& header);
     void AppendName(ZipEntry& entry, const zip::CentralHeader& header);
     void FindOverlaps();
 

@@ -20,6 +20,8 @@ public:
 
     bool IsBuilt() const { return !m_slots.empty(); }
     void Clear() { m_slots.clear(); }
+    /// Whether it takes so many names without getting slow.
+    bool HasRoom(std::size_t count) const { return m_slots.size() >= count * 2; }
     /// Makes an empty table for `count` names.
     void Begin(std::size_t count, bool ignoreCase);
     /// Files `index` under `text`, unless an equal one is there. `name(i)` gives the text of an index that

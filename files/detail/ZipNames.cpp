@@ -162,6 +162,24 @@ CString CommentText(std::span<const std::uint8_t> bytes, UINT codePage)
     return {text.data(), static_cast<int>(text.size())};
 }
 
+bool CommentBytes(const CString& text, UINT codePage, ZipVector<std::uint8_t>& bytes)
+{
+    const auto length = static_cast<std::size_t>(text.GetLength());
+    bytes.clear();
+    CStringA narrow;
+    if (codePage == kCodePage437) {
+        const wchar_t* const end = std::end(kUpper437) - 1;
+        for (std::size_t i = 0; i < length; ++i) {
+            const wchar_t unit = text.GetString()[i];
+            const auto upper = unit < 0x80 ? 0 : std::find(kUpper437, end, unit) - kUpper437 + 0x80;
+            bytes.push_back(static_cast<std::uint8_t>(unit < 0x80 ? unit : upper));
+        }
+    } else if (system::ToNarrow(codePage, text, length, narrow)) {
+        bytes.assign(narrow.GetString(), narrow.GetString() + narrow.GetLength());
+    }
+    return CommentText(bytes, codePage) == text;
+}
+
 StoredName StoredFrom(const CString& name)
 {
     CString slashed = name;

@@ -18,6 +18,9 @@ void AppendText(std::span<const std::uint8_t> bytes, UINT codePage, ZipVector<wc
 /// The same for a comment, whose slashes stay.
 CString CommentText(std::span<const std::uint8_t> bytes, UINT codePage);
 
+/// The other way: false when the code page lacks a character of the text.
+bool CommentBytes(const CString& text, UINT codePage, ZipVector<std::uint8_t>& bytes);
+
 /// What a name is stored as.
 struct StoredName
 {

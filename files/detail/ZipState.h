@@ -22,8 +22,13 @@ struct ZipState
     void Forget();
     /// Opens the files of `path` and reads the directory; nothing is left of them when it throws.
     void ReadArchive();
+    /// Throws unless an archive is open that can be changed.
+    void CheckChangeable() const;
+    /// Makes the data of entries readable that were added and not yet completed.
+    void Settle();
 
     CString path;
+    CString full; ///< the same, absolute
     int mode = CZipArchive::zipOpen;
     bool isOpen = false;
     /// Closed after an error with its files let go: volumes and directory are those of `path`.
@@ -38,8 +43,11 @@ struct ZipState
     ZipDirectory directory;
     ZipInflater inflater;
     std::vector<std::uint8_t> buffer;
-    /// The new archive while one is created (zipCreate, zipCreateSplit), else null.
+    /// The new archive that is being written, else null; volumes and directory are then its.
     std::unique_ptr<ZipRewriter> writer;
+    bool isNew = false;         ///< there is no old one, or none that counts (zipCreate)
+    bool hasDuplicates = false; ///< known while there is a writer
+    zip::Zip64Start start64;
 };
 
 } // namespace vak::detail

@@ -12,20 +12,19 @@ namespace {
 constexpr LPCWSTR kFirstPiece = L".001";
 constexpr int kExtension = 4; ///< units of ".zip" and ".001"
 
-/// "name.zip" and 2 give "name.z02", with the letter as the extension writes it.
-CString FrontPath(const CString& path, std::uint32_t number)
-{
-    CString front = path.Left(path.GetLength() - kExtension + 2);
-    front.AppendFormat(L"%02u", number);
-    return front;
-}
+} // namespace
 
 bool HasZipExtension(const CString& path)
 {
     return path.Right(kExtension).CompareNoCase(L".zip") == 0;
 }
 
-} // namespace
+CString ZipPartPath(const CString& path, std::uint32_t number)
+{
+    CString front = path.Left(path.GetLength() - kExtension + 2);
+    front.AppendFormat(L"%02u", number);
+    return front;
+}
 
 void ZipVolumes::ThrowSystem(const CString& path) const
 {
@@ -48,6 +47,7 @@ void ZipVolumes::Open(const CString& path)
     Release();
     m_parts.clear();
     m_path = path;
+    m_isWritten = false;
     Part part;
     if (!Describe(path, part))
         ThrowSystem(path);
@@ -57,6 +57,20 @@ void ZipVolumes::Open(const CString& path)
         AddPieces();
     Number();
     Hold(0);
+}
+
+void ZipVolumes::Follow(const CString& path, std::uint64_t size, bool isWritten)
+{
+    ZipVector<Part> parts(1);
+    Describe(path, parts[0]);
+    parts[0].path = path;
+    parts[0].size = size;
+    Release();
+    m_parts.swap(parts);
+    m_path = path;
+    m_isPieces = false;
+    m_isWritten = isWritten;
+    Number();
 }
 
 void ZipVolumes::AddPieces()
@@ -81,7 +95,7 @@ bool ZipVolumes::BringParts(std::uint32_t parts)
     const Part last = m_parts.front();
     m_parts.clear();
     for (std::uint32_t number = 1; number < parts; ++number) {
-        const CString path = FrontPath(m_path, number);
+        const CString path = ZipPartPath(m_path, number);
         Part part;
         if (!Describe(path, part))
             ThrowZip(CZipException::volumeMissing, path, nullptr, static_cast<LONG>(system::LastFileError()));
@@ -150,6 +164,7 @@ void ZipVolumes::Hold(std::size_t part)
         system::CloseFile(m_file);
     system::OpenOptions options;
     options.read = options.shareRead = options.shareDelete = true;
+    options.shareWrite = m_isWritten;
     m_file = system::OpenFile(m_parts[part].path, options);
     if (m_file == system::kNoFile)
         ThrowSystem(m_parts[part].path);

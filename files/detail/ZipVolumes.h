@@ -6,6 +6,11 @@
 
 namespace vak::detail {
 
+bool HasZipExtension(const CString& path);
+/// The path of a part in front of the last one: "name.zip" and 2 give "name.z02", with the letter as the
+/// extension writes it.
+CString ZipPartPath(const CString& path, std::uint32_t number);
+
 /// The file of an archive, or the files of a split one, as one space of bytes.
 ///
 /// One file is open at a time, shared for reading; which one follows the reads. Positions are kept, so that
@@ -20,6 +25,9 @@ public:
 
     /// Opens one file; "name.zip.001" brings all the pieces that follow it.
     void Open(const CString& path);
+    /// Makes the space that of one file of `size` bytes, which is not opened before the first read;
+    /// `isWritten`: it is held open for writing meanwhile.
+    void Follow(const CString& path, std::uint64_t size, bool isWritten);
     /// Closes the handle and keeps the files' names: the next read opens them again. Before the archive's
     /// file is replaced this is needed where the system lets no open file go.
     void Release();
@@ -65,6 +73,7 @@ private:
 
     CString m_path;
     ZipVector<Part> m_parts;
+    bool m_isWritten = false;
     bool m_isPieces = false; ///< cut anywhere: offsets do not count by parts
     std::uint64_t m_size = 0;
     HANDLE m_file = system::kNoFile;
