@@ -1,6 +1,5 @@
 #include "files/Zip.h"
 
-#include "tests/support/ArchiveBytes.h"
 #include "tests/support/FaultyFile.h"
 #include "tests/support/Print.h"
 #include "tests/support/TempFolder.h"
@@ -8,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -50,12 +48,12 @@ int Refusal(const std::string& bytes, bool& opened)
     const TempFolder folder;
     CZip zip;
     const CString path = folder.Write("a.zip", bytes);
-    const int onOpening = Cause<CZipException>([&] { zip.Open(path); });
+    const int onOpening = ZipCause([&] { zip.Open(path); });
     opened = onOpening == -1;
     EXPECT_EQ(zip.IsClosed(), !opened);
     if (!opened)
         return onOpening;
-    const int onReading = Cause<CZipException>([&] { zip.ExtractFile(0, folder.Path("out")); });
+    const int onReading = ZipCause([&] { zip.ExtractFile(0, folder.Path("out")); });
     EXPECT_EQ(folder.Has("out/first"), onReading == -1);
     return onReading == -1 ? 0 : onReading;
 }
@@ -235,7 +233,7 @@ TEST(ZipDamageTest, EntriesThatNestInOneAnotherAreAllRefused)
     CZip zip;
     zip.Open(folder.Write("a.zip", built.bytes));
     for (std::size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(Cause<CZipException>([&] { zip.Test(i); }), E::overlap) << i;
+        EXPECT_EQ(ZipCause([&] { zip.Test(i); }), E::overlap) << i;
 }
 
 /// Whatever operation of the system fails: the reason arrives, and nothing is left of the attempt.
