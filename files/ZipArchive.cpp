@@ -22,6 +22,7 @@ void CZipArchive::Open(LPCWSTR path, int mode, ULONGLONG volumeSize)
     state.path = path;
     state.mode = mode;
     state.extracted = 0;
+    state.bytesBeyondRatio.reset();
     state.isNew = false;
     if (mode == zipCreate || mode == zipCreateSplit)
         return Create(mode == zipCreateSplit ? volumeSize : 0);
@@ -86,6 +87,7 @@ void CZipArchive::SetCodePage(UINT codePage)
 void CZipArchive::SetLimits(const CZipLimits& limits)
 {
     State().limits = limits;
+    State().bytesBeyondRatio.reset();
 }
 
 const CZipLimits& CZipArchive::GetLimits() const

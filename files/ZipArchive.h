@@ -21,7 +21,8 @@ struct CZipLimits
     ULONGLONG maxEntry = ULONGLONG{1} << 40;
     /// The most that everything extracted since opening may come to.
     ULONGLONG maxTotal = ULONGLONG{1} << 35;
-    /// How many times its compressed size an entry may expand to, asked of entries larger than `ratioFloor`.
+    /// How many times its compressed size an entry may expand to, asked when all entries of the archive that
+    /// expand to more come to more than `ratioFloor` bytes.
     UINT maxRatio = 250;
     ULONGLONG ratioFloor = ULONGLONG{1} << 26;
     /// The longest directory that is read into memory.

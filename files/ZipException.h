@@ -73,6 +73,8 @@ public:
     int m_cause;
     /// The system's code when the cause is systemError, targetError or volumeMissing, else 0.
     LONG m_lOsError;
+    /// The method's number in the format when the cause is unknownMethod, else 0.
+    int m_method = 0;
     CString m_archive; ///< the archive's path
     CString m_entry;   ///< the entry's name as it is listed, or the file to add; empty when none is concerned
 };

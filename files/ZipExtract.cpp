@@ -23,9 +23,29 @@ CString ListedName(const ZipState& state, const ZipEntry& entry)
     return {name.data(), static_cast<int>(name.size())};
 }
 
+bool IsBeyondRatio(const CZipLimits& limits, const ZipEntry& entry)
+{
+    return entry.uncompressed != 0 &&
+           entry.uncompressed / std::max<ULONGLONG>(limits.maxRatio, 1) >= entry.compressed;
+}
+
+/// What all entries beyond the ratio expand to: a bomb may be made of many that are small.
+std::uint64_t BytesBeyondRatio(ZipState& state)
+{
+    if (state.bytesBeyondRatio)
+        return *state.bytesBeyondRatio;
+    std::uint64_t bytes = 0;
+    for (const ZipEntry& entry : state.directory.Entries()) {
+        if (IsBeyondRatio(state.limits, entry))
+            bytes += std::min(entry.uncompressed, ~bytes);
+    }
+    state.bytesBeyondRatio = bytes;
+    return bytes;
+}
+
 /// 0, or the code of the limit that the entry goes beyond by what the directory says of it; that it says the
 /// truth is seen to while the data are read.
-int CheckLimits(const ZipState& state, const ZipEntry& entry)
+int CheckLimits(ZipState& state, const ZipEntry& entry)
 {
     const CZipLimits& limits = state.limits;
     const ULONGLONG size = entry.uncompressed;
@@ -33,7 +53,7 @@ int CheckLimits(const ZipState& state, const ZipEntry& entry)
         return CZipException::limitSize;
     if (state.extracted > limits.maxTotal || size > limits.maxTotal - state.extracted)
         return CZipException::limitTotal;
-    if (size > limits.ratioFloor && size / std::max<ULONGLONG>(limits.maxRatio, 1) >= entry.compressed)
+    if (IsBeyondRatio(limits, entry) && BytesBeyondRatio(state) > limits.ratioFloor)
         return CZipException::limitRatio;
     return 0;
 }

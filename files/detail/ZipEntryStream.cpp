@@ -84,7 +84,7 @@ void ZipEntryStream::Begin()
         Throw(CZipException::encrypted);
     const bool isPatch = (m_entry.flags & zip::kFlagPatched) != 0;
     if (isPatch || (!isStored && m_entry.method != zip::kMethodDeflated))
-        Throw(CZipException::unknownMethod);
+        ThrowMethod();
     if (const int cause = CheckLocalHeader(m_source, m_directory, m_entry, m_local); cause != 0)
         Throw(cause);
     if (isStored && m_entry.compressed != m_entry.uncompressed)
@@ -101,6 +101,15 @@ void ZipEntryStream::Throw(int cause) const
 {
     const auto name = m_directory.NameOf(m_entry);
     ThrowZip(cause, m_archive, CString(name.data(), static_cast<int>(name.size())));
+}
+
+void ZipEntryStream::ThrowMethod() const
+{
+    const auto name = m_directory.NameOf(m_entry);
+    auto* const exception = new CZipException(CZipException::unknownMethod, m_archive,
+                                              CString(name.data(), static_cast<int>(name.size())));
+    exception->m_method = m_entry.method;
+    throw exception;
 }
 
 std::size_t ZipEntryStream::Read(std::span<std::uint8_t> buffer)

@@ -67,6 +67,7 @@ private:
     void Finish();
     bool HasRightDescriptor() const;
     [[noreturn]] void Throw(int cause) const;
+    [[noreturn]] void ThrowMethod() const;
 
     ZipSource& m_source;
     const ZipDirectory& m_directory;

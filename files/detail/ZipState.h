@@ -7,6 +7,7 @@
 #include "files/detail/ZipVolumes.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace vak::detail {
@@ -37,7 +38,9 @@ struct ZipState
     UINT keptCodePage = 0; ///< that the directory was read with
     CZipLimits limits;
     std::uint64_t extracted = 0; ///< bytes since Open
-    unsigned int temporary = 0;  ///< number of the last temporary's name
+    /// What all entries that are beyond the limit of the ratio expand to, once it was asked for.
+    std::optional<std::uint64_t> bytesBeyondRatio;
+    unsigned int temporary = 0; ///< number of the last temporary's name
 
     ZipVolumes volumes;
     ZipDirectory directory;

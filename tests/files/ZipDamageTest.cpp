@@ -4,6 +4,7 @@
 #include "tests/support/Print.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/ZipBuilder.h"
+#include "tests/support/ZipContents.h"
 
 #include <gtest/gtest.h>
 

@@ -4,6 +4,7 @@
 #include "tests/support/Print.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/ZipBuilder.h"
+#include "tests/support/ZipContents.h"
 
 #include <gtest/gtest.h>
 
@@ -250,7 +251,9 @@ TEST_F(ZipReadTest, LimitsAreAskedBeforeAnythingIsWritten)
     EXPECT_EQ(refusal({.maxTotal = 1999}), CZipException::limitTotal);
     EXPECT_EQ(refusal({.maxEntry = 999}), CZipException::limitSize);
     EXPECT_EQ(refusal({.maxRatio = 1, .ratioFloor = 999}), CZipException::limitRatio);
-    EXPECT_EQ(refusal({.maxTotal = 2000, .maxRatio = 1, .ratioFloor = 1000}), -1);
+    // Many small entries are as bad as a large one.
+    EXPECT_EQ(refusal({.maxRatio = 1, .ratioFloor = 1999}), CZipException::limitRatio);
+    EXPECT_EQ(refusal({.maxTotal = 2000, .maxRatio = 1, .ratioFloor = 2000}), -1);
 }
 
 TEST(ZipPathTest, APathThroughAnArchiveIsSplitBehindIt)

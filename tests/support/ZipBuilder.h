@@ -3,10 +3,6 @@
 /// Archives for tests, sound ones and ones with a single defect: built from specs, and patched where the test
 /// wants the bytes to lie.
 
-#include "files/ZipArchive.h"
-#include "framework/base/MemFile.h"
-#include "tests/support/ArchiveBytes.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -134,24 +130,6 @@ inline BuiltZip BuildZip(const std::vector<ZipSpec>& specs, const ZipShape& shap
     built.end = start + directory.size() + shape.gap.size() + (shape.zip64 ? 76 : 0);
     built.bytes += directory + shape.gap + end + shape.behind;
     return built;
-}
-
-/// The data of an entry, as extracting gives them.
-inline std::string DataOf(CZipArchive& zip, std::size_t index)
-{
-    CMemFile file;
-    zip.ExtractTo(index, file);
-    std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
-    file.SeekToBegin();
-    file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
-    return bytes;
-}
-
-/// The code that `act()` is refused with, -1 when it is not.
-template <class Act>
-int ZipCause(Act act)
-{
-    return Cause<CZipException>(act);
 }
 
 } // namespace vak::test
