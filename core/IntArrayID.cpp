@@ -251,7 +251,7 @@ void CIntArrayID::Read(CArchive& archive)
     if (count > INT_MAX)
         AfxThrowArchiveException(CArchiveException::badIndex, archive.m_strFileName);
     const int size = static_cast<int>(count);
-    if (left == vak::detail::kBytesLeftUnknown && size > m_capacity) {
+    if (left == vak::detail::kBytesLeftUnknown) {
         const auto bytes = vak::detail::ReadArchiveBytes(archive, count * sizeof(int));
         SetSize(size);
         for (int i = 0; i < size; ++i)

@@ -9,12 +9,13 @@
 
 namespace vak::test {
 
-/// The bytes of a pipe: what they are, but not how many.
+/// The bytes of a pipe: what they are, but not how many nor which.
 class LengthlessFile : public CMemFile
 {
 public:
     using CMemFile::CMemFile;
     ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
+    ULONGLONG GetPosition() const override { AfxThrowNotSupportedException(); }
 };
 
 /// How reading `bytes` into `array` from a File ends: -1 when it does, else the archive's cause.
@@ -30,19 +31,6 @@ template <class Array>
 std::string StoredBytes(Array& array)
 {
     return Stored([&](CArchive& archive) { array.Serialize(archive); }, 128);
-}
-
-/// True when `act()` throws an exception of class Thrown.
-template <class Thrown = CInvalidArgException, class Act>
-bool IsRefused(Act act)
-{
-    try {
-        act();
-    } catch (Thrown* exception) {
-        exception->Delete();
-        return true;
-    }
-    return false;
 }
 
 /// An array and a vector that take the same random changes. Array takes and gives ints.

@@ -84,6 +84,7 @@ TEST(IntArrayIDTest, StoredBytesAreTheCountAndTheNumbers)
     const std::string bytes = StoredBytes(large);
     EXPECT_EQ(bytes.substr(0, 14), Hex("FFFF 400D0300 00000000 01000000"));
     EXPECT_EQ(ReadCause(array, bytes), -1);
+    EXPECT_EQ(ReadCause<vak::test::LengthlessFile>(array, bytes), -1) << "into the room it has";
     EXPECT_EQ(StoredBytes(array), bytes);
 }
 

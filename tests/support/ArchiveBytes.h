@@ -56,6 +56,19 @@ int ArchiveCause(Act act)
     return Cause<CArchiveException>(act);
 }
 
+/// True when `act()` throws an exception of class Thrown.
+template <class Thrown = CInvalidArgException, class Act>
+bool IsRefused(Act act)
+{
+    try {
+        act();
+    } catch (Thrown* exception) {
+        exception->Delete();
+        return true;
+    }
+    return false;
+}
+
 /// The cause that ends reading from `bytes`.
 template <class Read>
 int LoadCause(std::string_view bytes, Read read)
