@@ -7,7 +7,10 @@ class VAK_API CRGB32Color
 {
 public:
     /// What alpha is where nobody gives it: the largest of 24 bits.
-    static constexpr unsigned int kDefaultAlpha = 0xFFFFFF;
+    enum : unsigned int
+    {
+        kDefaultAlpha = 0xFFFFFF
+    };
 
     CRGB32Color() = default;
     CRGB32Color(unsigned int red, unsigned int green, unsigned int blue) { SetColor(red, green, blue); }
