@@ -107,7 +107,7 @@ void CTree::ReadTree(CArchive& archive)
 }
 
 void CTree::NodeSerialize(CTreeNode* firstNode, CArchive& archive)
-{
+try {
     if (archive.IsStoring()) {
         WriteNodes(firstNode, archive);
         return;
@@ -126,6 +126,8 @@ void CTree::NodeSerialize(CTreeNode* firstNode, CArchive& archive)
     }
     below.AttachToParent();
     beside.AttachBeside(*firstNode);
+} catch (const std::bad_alloc&) {
+    AfxThrowMemoryException();
 }
 
 void CTree::WriteNodes(const CTreeNode* first, CArchive& archive) const

@@ -4,6 +4,7 @@
 #include "framework/base/Exception.h"
 
 #include <memory>
+#include <new>
 
 IMPLEMENT_SERIAL(CTreeNode, CObject, VERSIONABLE_SCHEMA | 2)
 
@@ -72,7 +73,7 @@ CString CTreeNode::GetDisplayName() const
 }
 
 CTreeNode* CTreeNode::Copy() const
-{
+try {
     std::unique_ptr<CTreeNode> copy(static_cast<CTreeNode*>(GetRuntimeClass()->CreateObject()));
     if (copy == nullptr)
         return nullptr;
@@ -81,6 +82,8 @@ CTreeNode* CTreeNode::Copy() const
         AfxThrowMemoryException();
     copy->m_flags = m_flags;
     return copy.release();
+} catch (const std::bad_alloc&) {
+    AfxThrowMemoryException();
 }
 
 CTreeNode* CTreeNode::Clone() const

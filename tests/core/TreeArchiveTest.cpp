@@ -69,6 +69,9 @@ TEST(TreeArchiveTest, WritesAndReadsTheDocumentedBytes)
     vak::test::Load(vak::test::Stored([&](CArchive& archive) { tree.NodeSerialize(tree['B'], archive); }),
                     [&](CArchive& archive) { part.NodeSerialize(part.GetRoot(), archive); });
     EXPECT_EQ(part.Text(), "BC") << "a chain without the root goes below the given node";
+    TestNode::failAt = 1;
+    EXPECT_TRUE(vak::test::IsRefused<CMemoryException>(
+        [&] { vak::test::Stored([&](CArchive& archive) { tree.NodeSerialize(tree['B'], archive); }); }));
 }
 
 TEST(TreeArchiveTest, ReadsFlagsAloneOfNodesOfTheFirstSchema)
