@@ -86,7 +86,8 @@ void CTree::AddChild(CTreeNode* parent, CTreeNode* node, int atEnd)
     // A node without children has nothing below it: chains of any depth are built without a climb.
     if (node->m_child != nullptr && TreeLinks::IsWithin(parent, *node))
         return;
-    if (node->m_parent != nullptr || node == m_root)
+    const bool isLinked = node->m_parent != nullptr || node->m_left != nullptr || node->m_right != nullptr;
+    if (isLinked || node == m_root)
         RemoveNode(node);
     node->m_parent = parent;
     if (atEnd != 0) {
@@ -125,8 +126,9 @@ CTreeNode* CTree::RemoveNode(CTreeNode* node)
     CTreeNode* const right = node->m_right;
     if (parent != nullptr && parent->m_child == node)
         parent->m_child = right;
+    // A sibling that AddRight linked may be without a parent, which would not notice that it goes.
     if (parent != nullptr && parent->m_lastChild == node)
-        parent->m_lastChild = left;
+        parent->m_lastChild = GetParent(left) == parent ? left : nullptr;
     if (right != nullptr)
         right->m_left = left;
     if (left != nullptr)
@@ -158,7 +160,11 @@ void CTree::DeleteChilds(CTreeNode* firstChild)
 {
     if (firstChild == nullptr)
         return;
-    CTreeNode* const parent = firstChild->m_parent;
+    // One that AddRight linked may be without a parent: what is deleted may still be the last child of one.
+    const CTreeNode* sibling = firstChild;
+    while (sibling->m_parent == nullptr && sibling->m_left != nullptr)
+        sibling = sibling->m_left;
+    CTreeNode* const parent = sibling->m_parent;
     if (parent != nullptr)
         parent->m_lastChild = nullptr;
     if (parent != nullptr && parent->m_child == firstChild)

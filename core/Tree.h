@@ -78,8 +78,8 @@ public:
     /// is reachable from it; to keep it, remove it first.
     void SetRoot(CTreeNode* node);
     /// Links the node, with what is below it, as the last or the first child of `parent` (null: the root). A
-    /// node that has a parent is removed from there. Nothing happens, and the node stays its owner's, without
-    /// a parent and when `parent` is the node or below it.
+    /// node that has a parent or siblings is removed from there. Nothing happens, and the node stays its
+    /// owner's, without a parent and when `parent` is the node or below it.
     void AddChild(CTreeNode* parent, CTreeNode* node, int atEnd);
     /// Makes the node the right sibling of `after` (null: the root) and `after` its left one. Nothing else is
     /// relinked: the former right sibling of `after`, the node's own right link and its parent are left to

@@ -108,6 +108,22 @@ TEST(TreeTest, LinksWithoutDraggingNeighboursAlong)
     EXPECT_TRUE(tree.IsEmpty() && tree.GetRoot() == nullptr && TestNode::alive == 0);
 }
 
+TEST(TreeTest, ForgetsNodesThatWereLinkedWithoutAParent)
+{
+    TestTree tree("A(B)");
+    for (const bool together : {false, true}) {
+        CTreeNode* const x = new TestNode('X');
+        tree.AddRight(tree['A'], x);
+        tree.AddChild(nullptr, new TestNode('D'), 1);
+        tree.DeleteNode(together ? nullptr : tree['D']);
+        tree.DeleteChilds(x);
+    }
+    CTreeNode* const y = new TestNode('Y');
+    tree.AddRight(tree['B'], y);
+    tree.AddChild(nullptr, y, 1);
+    EXPECT_EQ(tree.Text(), "A(B)Y");
+}
+
 TEST(TreeTest, FollowsWalksAndFindsInPreOrder)
 {
     TestTree tree("A(B(C)D)E");
