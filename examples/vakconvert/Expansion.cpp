@@ -213,6 +213,9 @@ std::string DocumentOf(const CRichEditCtrl& control)
     control.StreamOut(SF_RTF, stream);
     if (stream.dwError != 0)
         document.clear();
+    // Some versions of the control write the zero of their last piece, too.
+    while (!document.empty() && document.back() == '\0')
+        document.pop_back();
     return document;
 }
 

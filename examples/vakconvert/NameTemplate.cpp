@@ -16,18 +16,17 @@ bool IsDigit(wchar_t unit)
     return unit >= L'0' && unit <= L'9';
 }
 
-/// "con", "lpt1.old": devices, whatever follows the dot.
-bool IsDevice(const CString& stem)
+/// The units of a device's name that the stem begins with, whatever follows its dot ("lpt1.old"); 0 for none.
+int DeviceLength(const CString& stem)
 {
     const int dot = stem.Find(L'.');
     CString name = dot < 0 ? stem : stem.Left(dot);
     name.MakeLower().TrimRight(L' ');
-    for (const wchar_t* device : {L"con", L"prn", L"aux", L"nul"}) {
-        if (name == device)
-            return true;
-    }
-    const bool isPort = name.Left(3) == L"com" || name.Left(3) == L"lpt";
-    return isPort && name.GetLength() == 4 && IsDigit(name[3]);
+    const bool isPort = (name.Left(3) == L"com" || name.Left(3) == L"lpt") && name.GetLength() == 4;
+    bool isDevice = isPort && IsDigit(name[3]);
+    for (const wchar_t* device : {L"con", L"prn", L"aux", L"nul"})
+        isDevice = isDevice || name == device;
+    return isDevice ? name.GetLength() : 0;
 }
 
 CString AsFileName(CString text)
@@ -42,7 +41,9 @@ CString AsFileName(CString text)
         text.Delete(text.GetLength() - 1);
     text.Trim(L' ');
     text.TrimRight(L". ");
-    return IsDevice(text) ? text + L"_" : text;
+    if (const int length = DeviceLength(text))
+        text.Insert(length, L'_');
+    return text;
 }
 
 } // namespace

@@ -4,6 +4,9 @@
 #include "files/FilePath.h"
 #include "framework/base/Application.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace {
 
 constexpr UINT kTemplateId = 1;
@@ -255,16 +258,17 @@ CString TemplateWindow::TagsToInsert(const CString& chosen) const
     if (chosen != L"<alltags>" && chosen != L"<allwritabletags>")
         return chosen;
     // What can be compared can be read back, lists and markers cannot.
-    CString lines;
+    std::vector<CString> lines;
     CString name;
     CTagInfo tag;
     for (POSITION position = m_tags.GetFirstTag(); position != nullptr;) {
         m_tags.GetNextTag(position, name, tag);
         const bool isMarker = tag.GetTagClass() == kConditionalClass;
         if (!isMarker && (chosen == L"<alltags>" || m_tags.CanCompareTag(name)))
-            lines += tag.GetTagFriendlyName() + L": " + name + L"\r";
+            lines.push_back(tag.GetTagFriendlyName() + L": " + name + L"\r");
     }
-    return lines;
+    std::sort(lines.begin(), lines.end());
+    return std::accumulate(lines.begin(), lines.end(), CString());
 }
 
 CString TemplateWindow::TextToSave() const

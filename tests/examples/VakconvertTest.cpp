@@ -1,63 +1,11 @@
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/examples/Vakconvert.h"
 
 #include <filesystem>
-#include <string>
 #include <utility>
-#include <vector>
 
-namespace {
-
-constexpr const char* kTriangle = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
-
-using Names = std::vector<std::string>;
-
-/// Runs the host as a user does: arguments in, output and exit code out.
-class Vakconvert : public testing::Test
-{
-protected:
-    /// `arguments` as on a command line; "@" stands for the test's folder.
-    DWORD Run(CString arguments)
-    {
-        arguments.Replace(L"@", m_folder.Path());
-        CString command = L"vakconvert.exe --preferences " + m_folder.Path("prefs.dat") + L" " + arguments;
-        SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
-        const HANDLE output = CreateFileW(m_folder.Path("output.txt"), GENERIC_WRITE, FILE_SHARE_READ,
-                                          &inherit, CREATE_ALWAYS, 0, nullptr);
-        STARTUPINFOW start{};
-        start.cb = sizeof(start);
-        start.dwFlags = STARTF_USESTDHANDLES;
-        start.hStdOutput = start.hStdError = output;
-        PROCESS_INFORMATION process{};
-        DWORD code = 0xFFFF;
-        if (CreateProcessW(nullptr, command.GetBuffer(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
-                           &process)) {
-            WaitForSingleObject(process.hProcess, 60000);
-            GetExitCodeProcess(process.hProcess, &code);
-            CloseHandle(process.hThread);
-            CloseHandle(process.hProcess);
-        }
-        CloseHandle(output);
-        m_output = m_folder.Read("output.txt");
-        return code;
-    }
-
-    bool Says(const char* text) const { return m_output.find(text) != std::string::npos; }
-
-    /// The files of that extension.
-    Names Made(const char* extension) const
-    {
-        Names names = m_folder.Names();
-        std::erase_if(names, [&](const std::string& name) { return !name.ends_with(extension); });
-        return names;
-    }
-
-    vak::test::TempFolder m_folder;
-    std::string m_output;
-};
-
-} // namespace
+using vak::test::kTriangle;
+using vak::test::Names;
+using vak::test::Vakconvert;
 
 TEST_F(Vakconvert, ConvertsATreeAndReportsTheFileThatFailed)
 {
