@@ -309,8 +309,9 @@ int CTags::Scan(CString& out, CTagInfo& info)
     if (state->position == 0)
         MakeRoom(out, state->text.GetLength());
     const wchar_t* const text = state->text;
-    const wchar_t* const from = text + state->position;
     const wchar_t* const end = text + state->text.GetLength();
+    // A thread that works on a rich text meanwhile moves the same position.
+    const wchar_t* const from = text + std::min<std::int64_t>(state->position, end - text);
     const Found found = FindTag(from, end, state->name);
     if (found.tag == nullptr) {
         info.Init();

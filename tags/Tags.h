@@ -159,7 +159,8 @@ public:
     /// @}
 
     /// @name Rich text (Windows only)
-    /// The same in the text of a control, in place. Conditional tags are carried out and never returned.
+    /// The same in the text of a control, in place. Conditional tags are carried out and never returned. A
+    /// thread has one scan: it does not go through a plain text meanwhile.
     ///
     /// The control's selection moves along, its list of what can be undone is emptied, and its parent is
     /// notified of each change as its event mask says. While a scan is under way nobody else changes the text
@@ -170,7 +171,8 @@ public:
     void StartRTFScan();
     /// Selects the next registered tag in `control` and returns 1 with the tag in `info`. At the end of the
     /// text the empty lines there are deleted and 0 returned, `info` is then empty; likewise, with nothing
-    /// changed, when the thread has no scan or the control is read-only or has no window (any more).
+    /// changed, when the thread has no scan or the control has no window (any more). That the user may not
+    /// change the text of a control does not keep it from being expanded.
     int RTFScan(CRichEditCtrl& control, CTagInfo& info);
     /// Replaces the tag just found, which is still selected, by `text`, in the format of the tag's first
     /// character; the scan goes on behind it. An empty text marks the conditional that the tag stands in as

@@ -13,11 +13,10 @@ constexpr unsigned int kConditionalClass = 'TAGC';
 constexpr unsigned int kConditionalBegin = 'IFNE';
 constexpr unsigned int kConditionalEnd = 'EINE';
 
-/// The control is there, its window has not been destroyed meanwhile, and its text may be changed.
-bool IsWritable(const CRichEditCtrl& control)
+/// The control is there, and its window has not been destroyed meanwhile.
+bool HasWindow(const CRichEditCtrl& control)
 {
-    const HWND window = control.GetSafeHwnd();
-    return CWnd::FromHandlePermanent(window) == &control && (control.GetStyle() & ES_READONLY) == 0;
+    return CWnd::FromHandlePermanent(control.GetSafeHwnd()) == &control;
 }
 
 unsigned int LengthOf(const CRichEditCtrl& control)
@@ -83,9 +82,15 @@ bool FindCandidate(const CRichEditCtrl& control, unsigned int from, TagRange& ra
     return true;
 }
 
-bool IsLineBreak(const CString& unit)
+bool IsLineBreak(wchar_t unit)
 {
-    return unit == L"\r" || unit == L"\n" || unit == L"\v";
+    return unit == L'\r' || unit == L'\n' || unit == L'\v';
+}
+
+bool HasLineBreakAt(const CRichEditCtrl& control, unsigned int position)
+{
+    const CString unit = TextOf(control, {position, position + 1});
+    return !unit.IsEmpty() && IsLineBreak(unit[0]);
 }
 
 /// Deletes a stretch, with the break of a line that it leaves empty, and returns what is gone: nothing when
@@ -93,9 +98,8 @@ bool IsLineBreak(const CString& unit)
 TagRange Delete(CRichEditCtrl& control, TagRange stretch)
 {
     const unsigned int length = LengthOf(control);
-    const bool beginsLine =
-        stretch.start == 0 || IsLineBreak(TextOf(control, {stretch.start - 1, stretch.start}));
-    if (beginsLine && stretch.end < length && IsLineBreak(TextOf(control, {stretch.end, stretch.end + 1})))
+    const bool beginsLine = stretch.start == 0 || HasLineBreakAt(control, stretch.start - 1);
+    if (beginsLine && stretch.end < length && HasLineBreakAt(control, stretch.end))
         ++stretch.end;
     Select(control, stretch);
     Replace(control, L"");
@@ -113,13 +117,19 @@ unsigned int PositionWithout(TagRange gone, unsigned int position)
 void DeleteEmptyLinesAtEnd(CRichEditCtrl& control)
 {
     const unsigned int length = LengthOf(control);
-    unsigned int kept = length;
-    while (kept > 0 && IsLineBreak(TextOf(control, {kept - 1, kept})))
-        --kept;
-    if (kept == length)
-        return;
-    Select(control, {kept, length});
-    Replace(control, L"");
+    const CString text = TextOf(control, {0, length});
+    unsigned int empty = 0;
+    for (int at = text.GetLength(); at > 0 && IsLineBreak(text[at - 1]); --at)
+        ++empty;
+    // The break of the last line that stays goes by itself: together with others it would take the alignment
+    // of its line with it.
+    for (const TagRange range :
+         {TagRange{length - empty + 1, length}, {length - empty, length - empty + 1}}) {
+        if (empty == 0 || range.start == range.end)
+            continue;
+        Select(control, range);
+        Replace(control, L"");
+    }
 }
 
 void OpenConditional(ScanState& state, TagRange marker)
@@ -164,11 +174,10 @@ int CTags::RTFScan(CRichEditCtrl& control, CTagInfo& info)
 {
     ScanState* const state = m_scans.Find();
     info.Init();
-    if (!state || !IsWritable(control))
-        return 0;
     TagRange range{};
     CString text;
-    while (FindCandidate(control, state->position, range, text)) {
+    // Whoever is told of a deletion may end the control.
+    while (state && HasWindow(control) && FindCandidate(control, state->position, range, text)) {
         if (!GetTagInfo(text, info)) {
             state->position = range.end;
         } else if (info.GetTagClass() == kConditionalClass && info.GetTagID() == kConditionalBegin) {
@@ -182,6 +191,8 @@ int CTags::RTFScan(CRichEditCtrl& control, CTagInfo& info)
         }
     }
     info.Init();
+    if (!state || !HasWindow(control))
+        return 0;
     DeleteEmptyLinesAtEnd(control);
     state->position = LengthOf(control);
     return 0;
@@ -190,7 +201,7 @@ int CTags::RTFScan(CRichEditCtrl& control, CTagInfo& info)
 int CTags::SetRTFTag(CRichEditCtrl& control, const CString& text)
 {
     ScanState* const state = m_scans.Find();
-    if (!state || !IsWritable(control))
+    if (!state || !HasWindow(control))
         return 0;
     if (text.IsEmpty())
         state->emptyTag = true;

@@ -6,6 +6,14 @@
 
 namespace {
 
+/// Ends a window when it is told of a change in it.
+struct Parent : CWnd
+{
+    BOOL OnCommand(UINT, UINT) override { return m_doomed && m_doomed->DestroyWindow(); }
+
+    CWnd* m_doomed = nullptr;
+};
+
 /// A control of the older class or of the newer one, and an engine with a few tags.
 class RichText : public testing::TestWithParam<bool>
 {
@@ -65,7 +73,7 @@ protected:
         return formats;
     }
 
-    CWnd m_parent;
+    Parent m_parent;
     CRichEditCtrl m_control;
     CTags m_tags = vak::test::ConditionalTags();
 };
@@ -111,31 +119,39 @@ TEST_P(RichText, GivesAValueTheFormatOfItsPlaceAndLeavesTheOthers)
                         "<ta{\\b gifexist>}<empty>{\\i <tagendifexist>x}"),
               L"uAnnavwx");
     EXPECT_EQ(Formats(), L".bbbbi.i");
+    EXPECT_EQ(ExpandRtf("\\qc<name>\\par\\pard\\par\\par"), L"Anna");
+    PARAFORMAT2 line{};
+    line.cbSize = sizeof line;
+    m_control.SendMessage(EM_GETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&line));
+    EXPECT_EQ(line.wAlignment, PFA_CENTER) << "whatever the empty lines at the end had";
 }
 
-TEST_P(RichText, SelectsWhatItFindsAndReplacesItUnlessItCannotChangeTheControl)
+TEST_P(RichText, SelectsWhatItFindsAndReplacesItUntilTheControlGoes)
 {
     CTagInfo tag;
+    CString plain;
     CHARRANGE selected{};
     const CString text = L"1\r<x> <name>" + CString(L'y', 100);
     m_control.SetWindowText(L"1\r\n<x> <name><Lines( A )>");
     m_control.LimitText(26);
+    m_control.SetReadOnly();
     EXPECT_EQ(CTags(m_tags).RTFScan(m_control, tag), 0) << "no scan";
-    m_tags.StartRTFScan();
+    m_tags.StartScan(L"<name>");
     EXPECT_EQ(m_tags.RTFScan(m_control, tag), 1);
     EXPECT_EQ(m_tags.RTFScan(m_control, tag), 1) << "a tag may be left as it is";
     EXPECT_EQ(tag.GetTagName() + tag.GetParameters(), L"<lines>(a)");
     m_control.GetSel(selected);
     EXPECT_EQ(CPoint(selected.cpMin, selected.cpMax), CPoint(12, 24));
     EXPECT_EQ(m_tags.SetRTFTag(m_control, text.Mid(12)), 1);
-    EXPECT_EQ(Text(), text);
-    EXPECT_EQ(m_control.GetLimitText(), 26) << "of what the user may type";
+    EXPECT_EQ(Text(), text) << "what holds for the user holds for no program";
+    EXPECT_EQ(m_control.GetLimitText(), 26);
+    EXPECT_EQ(m_tags.Scan(plain, tag), 0) << "a thread has one position";
 
+    m_control.SetWindowText(L"<tagifexist><tagendifexist><name>");
+    m_control.SetEventMask(ENM_CHANGE);
+    m_parent.m_doomed = &m_control;
     m_tags.StartRTFScan();
-    m_control.SetReadOnly();
-    EXPECT_EQ(m_tags.RTFScan(m_control, tag) + m_tags.SetRTFTag(m_control, L"x"), 0);
-    EXPECT_EQ(Text(), text);
-    m_parent.DestroyWindow();
+    EXPECT_EQ(m_tags.RTFScan(m_control, tag), 0);
     EXPECT_EQ(m_tags.RTFScan(m_control, tag) + m_tags.SetRTFTag(m_control, L"x"), 0);
 }
 
