@@ -3,6 +3,7 @@
 #include "framework/base/Application.h"
 #include "framework/base/Exception.h"
 #include "framework/base/SystemModule.h"
+#include "framework/ui/detail/Report.h"
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
 
@@ -70,17 +71,15 @@ HWND CDialog::OwnerWindow() const
 
 INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_INITDIALOG)
+    if (message == WM_INITDIALOG && !FromHandlePermanent(window))
         reinterpret_cast<CDialog*>(lParam)->Attach(window);
     auto* const dialog = static_cast<CDialog*>(FromHandlePermanent(window));
     if (!dialog)
         return FALSE;
-    // The system's message loop lies between here and whoever could catch: nothing may pass.
     try {
         return dialog->Dispatch(message, wParam, lParam);
     } catch (CException* exception) {
-        exception->ReportError();
-        exception->Delete();
+        vak::detail::ReportFromProcedure(exception);
     } catch (...) {
         dialog->EndDialog(-1);
     }

@@ -2,14 +2,13 @@
 
 #include "framework/base/Exception.h"
 #include "framework/base/SystemModule.h"
+#include "framework/ui/detail/Report.h"
 
 #include <utility>
 
 IMPLEMENT_DYNAMIC(CWnd, CObject)
 
 namespace {
-
-constexpr wchar_t kObjectProperty[] = L"VakToolsWindow";
 
 /// The object whose window this thread is making: its first messages come before CreateWindowEx returns.
 thread_local CWnd* t_creating = nullptr;
@@ -19,7 +18,37 @@ HINSTANCE LibraryModule()
     return vak::system::ModuleAt(&CWnd::classCWnd);
 }
 
+/// The property of a window that holds its object. Other processes, and other libraries of this one, read
+/// the properties of the same windows: the objects of each stand under a name of their own.
+LPCTSTR ObjectProperty()
+{
+    // Never destroyed: windows live until the very end.
+    static const CString* const name = [] {
+        auto* const made = new CString;
+        made->Format(L"VakToolsWindow:%x:%p", GetCurrentProcessId(), &CWnd::classCWnd);
+        return made;
+    }();
+    return *name;
+}
+
+/// Whether the message is one of those that a window gets first.
+bool IsFirstMessage(UINT message)
+{
+    return message == WM_GETMINMAXINFO || message == WM_NCCREATE;
+}
+
 } // namespace
+
+void vak::detail::ReportFromProcedure(CException* exception)
+{
+    try {
+        exception->ReportError();
+    } catch (CException* another) {
+        another->Delete();
+    } catch (...) {
+    }
+    exception->Delete();
+}
 
 /// The procedure of our window classes.
 struct vak::detail::WindowProcedure
@@ -30,18 +59,16 @@ struct vak::detail::WindowProcedure
 LRESULT CALLBACK vak::detail::WindowProcedure::Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     CWnd* object = CWnd::FromHandlePermanent(window);
-    if (!object && t_creating && t_creating->Attach(window))
+    if (!object && t_creating && IsFirstMessage(message) && t_creating->Attach(window))
         object = std::exchange(t_creating, nullptr);
     if (!object)
         return DefWindowProc(window, message, wParam, lParam);
-    LRESULT result = message == WM_CREATE ? -1 : 0;
-    // The system's message loop lies between here and whoever could catch: nothing may pass.
+    LRESULT result = 0;
     try {
         if (!object->OnWndMsg(message, wParam, lParam, &result))
             result = DefWindowProc(window, message, wParam, lParam);
     } catch (CException* exception) {
-        exception->ReportError();
-        exception->Delete();
+        ReportFromProcedure(exception);
     } catch (...) {
     }
     if (message == WM_NCDESTROY)
@@ -106,12 +133,12 @@ BOOL CWnd::DestroyWindow()
 
 CWnd* CWnd::FromHandlePermanent(HWND window)
 {
-    return window ? static_cast<CWnd*>(GetPropW(window, kObjectProperty)) : nullptr;
+    return window ? static_cast<CWnd*>(GetPropW(window, ObjectProperty())) : nullptr;
 }
 
 BOOL CWnd::Attach(HWND window)
 {
-    if (!window || m_hWnd || FromHandlePermanent(window) || !SetPropW(window, kObjectProperty, this))
+    if (!window || m_hWnd || FromHandlePermanent(window) || !SetPropW(window, ObjectProperty(), this))
         return FALSE;
     m_hWnd = window;
     return TRUE;
@@ -121,7 +148,7 @@ HWND CWnd::Detach()
 {
     const HWND window = m_hWnd;
     if (window && FromHandlePermanent(window) == this)
-        RemovePropW(window, kObjectProperty);
+        RemovePropW(window, ObjectProperty());
     m_hWnd = nullptr;
     m_isCreated = false;
     return window;
@@ -266,7 +293,8 @@ BOOL CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
 
 bool CWnd::CallHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
 {
-    *result = 0;
+    // A window whose making throws is given up.
+    *result = message == WM_CREATE ? -1 : 0;
     switch (message) {
     case WM_COMMAND:
         return OnCommand(LOWORD(wParam), HIWORD(wParam));

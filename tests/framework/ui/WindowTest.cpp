@@ -9,13 +9,21 @@ namespace {
 class ProbeWindow : public CWnd
 {
 public:
-    BOOL Make() { return CreateEx(0, AfxRegisterWndClass(0), L"", WS_POPUP, CRect(), nullptr, 0); }
+    BOOL Make(LPCTSTR className = AfxRegisterWndClass(0))
+    {
+        return CreateEx(0, className, L"", WS_POPUP | WS_VISIBLE, CRect(), nullptr, 0);
+    }
 
     CPoint m_asked;
     int m_created = -1;
 
 protected:
-    int OnCreate(CREATESTRUCT*) override { return m_created++; }
+    int OnCreate(CREATESTRUCT*) override
+    {
+        if (m_created < -1)
+            AfxThrowNotSupportedException();
+        return m_created++;
+    }
     void OnContextMenu(HWND, CPoint point) override { m_asked = point; }
     void OnTimer(UINT_PTR id) override { EndModalLoop(static_cast<int>(id)); }
     BOOL OnCommand(UINT, UINT) override { throw new CNotSupportedException; }
@@ -28,12 +36,15 @@ TEST(Window, CallsItsHooksWithinItsLoopAndReportsWhatTheyThrow)
 {
     vak::test::MessageRecorder recorder;
     ProbeWindow window;
+    window.m_created = -2;
+    EXPECT_FALSE(window.Make()) << "OnCreate throws";
+    window.m_created = -1;
     EXPECT_FALSE(window.Make()) << "refused by OnCreate";
     ASSERT_TRUE(window.Make());
     window.SendMessage(WM_CONTEXTMENU, 0, MAKELPARAM(-1, 40));
     EXPECT_EQ(window.m_asked, CPoint(-1, 40));
     window.SendMessage(WM_COMMAND, 1);
-    EXPECT_EQ(recorder.Boxes().size(), 1u);
+    EXPECT_EQ(recorder.Boxes().size(), 2u);
     window.m_created = 0;
     window.SetTimer(7, 1);
     EXPECT_EQ(window.RunModalLoop(), 7);
@@ -45,4 +56,8 @@ TEST(Window, CallsItsHooksWithinItsLoopAndReportsWhatTheyThrow)
     EXPECT_EQ(GetMessage(&message, nullptr, 0, 0), 0) << "the loop outside sees it too";
     PostMessage(window.GetSafeHwnd(), WM_CLOSE, 0, 0);
     EXPECT_EQ(window.RunModalLoop(), -1);
+
+    const HWND left = (window.Make(), window.Detach());
+    EXPECT_TRUE(window.Make(L"STATIC")) << "messages to a window without object come first";
+    ::DestroyWindow(left);
 }
