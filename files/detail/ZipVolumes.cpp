@@ -87,8 +87,11 @@ void ZipVolumes::AddPieces()
 
 bool ZipVolumes::BringParts(std::uint32_t parts)
 {
-    if (parts == m_parts.size())
+    if (parts == m_parts.size()) {
+        // Pieces whose records number them are a set under other names.
+        m_isPieces = m_isPieces && parts == 1;
         return true;
+    }
     if (m_isPieces || m_parts.size() != 1 || !HasZipExtension(m_path))
         return parts == 1;
     Release();
