@@ -31,6 +31,19 @@ void CopyArray(std::unique_ptr<Array>& to, const std::unique_ptr<Array>& from)
         to.reset();
 }
 
+/// A store for which there is no memory does not say so.
+void RequireStored(bool isStored)
+{
+    if (!isStored)
+        vak::detail::ThrowMemory();
+}
+
+void CopyStore(CCustomData& to, const CCustomData& from)
+{
+    to = from;
+    RequireStored(to.HasData() == from.HasData());
+}
+
 template <class Array>
 void EmptyArray(const std::unique_ptr<Array>& array)
 {
@@ -51,7 +64,10 @@ CTagValue& CTagValue::operator=(const CTagValue& other)
 {
     if (this == &other)
         return *this;
-    CopyBuffer(m_customData, other.m_customData);
+    if (other.m_customData)
+        CopyStore(Made(m_customData), *other.m_customData);
+    else
+        m_customData.reset();
     CopyArray(m_stringArray, other.m_stringArray);
     CopyArray(m_uintArray, other.m_uintArray);
     CopyArray(m_floatArray, other.m_floatArray);
@@ -251,9 +267,10 @@ void CTagValue::SetUIntArray(const UIntArray& numbers)
 
 void CTagValue::AddUInt(unsigned int number)
 {
-    if (m_kind != TAGDATA_UINTARRAY)
+    if (vak::TagStorage(m_kind) != TAGDATA_UINTARRAY)
         InitType(TAGDATA_UINTARRAY);
     Made(m_uintArray).Add(number);
+    m_kind = TAGDATA_UINTARRAY;
 }
 
 void CTagValue::AddInt(int number)
@@ -269,14 +286,15 @@ void CTagValue::SetFloatArray(const FloatArray& numbers)
 
 void CTagValue::AddFloat(float number)
 {
-    if (m_kind != TAGDATA_FLOATARRAY)
+    if (vak::TagStorage(m_kind) != TAGDATA_FLOATARRAY)
         InitType(TAGDATA_FLOATARRAY);
     Made(m_floatArray).Add(number);
+    m_kind = TAGDATA_FLOATARRAY;
 }
 
 void CTagValue::SetCustomData(const CCustomData& data)
 {
-    Made(m_customData) = data;
+    CopyStore(Made(m_customData), data);
     m_kind = TAGDATA_CUSTOMDATA;
 }
 
@@ -285,6 +303,7 @@ void CTagValue::SetCustomInfo(const void* block, unsigned int size)
     // The block may lie in the store that it replaces.
     std::unique_ptr<CCustomData> store;
     Made(store).SetBinary(kBlockItem, block, size);
+    RequireStored(block == nullptr || store->GetDataSize(kBlockItem) == size);
     m_customData.swap(store);
     m_kind = TAGDATA_CUSTOMINFO;
 }

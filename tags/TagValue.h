@@ -110,7 +110,8 @@ public:
     /// docs/tags.md lists what each kind is stored as.
     /// @{
     /// Reads the item `id` as a value of `kind` and returns non-zero, or leaves the value empty and returns
-    /// 0: for an item that is not there, or is damaged. A date that does not exist fails too and leaves the
+    /// 0: for an item that is not there, or is damaged. An item of another kind reads as the store's getters
+    /// read it: one that is no text as an empty text. A date that does not exist fails too and leaves the
     /// current time in the date's place.
     int GetValueFromData(const CCustomData& data, unsigned int id, _TAGDATA_INFO kind);
     /// Writes the value as the item `id` and returns non-zero; an empty array removes the item. Returns 0,

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <string>
 #include <type_traits>
 
 namespace vak::detail {
@@ -63,23 +62,23 @@ bool ReadInteger(const CString& text, Integer& number)
 }
 
 /// Appends the digits at `at` and moves it behind them; false when there are none.
-bool TakeDigits(const wchar_t*& at, std::string& digits)
+bool TakeDigits(const wchar_t*& at, CStringA& digits)
 {
-    const std::size_t before = digits.size();
+    const int before = digits.GetLength();
     for (; IsDigit(*at); ++at)
-        digits += static_cast<char>(*at);
-    return digits.size() > before;
+        digits.AppendChar(static_cast<char>(*at));
+    return digits.GetLength() > before;
 }
 
 /// Appends the exponent at `at`; false when it is incomplete.
-bool TakeExponent(const wchar_t* at, std::string& text)
+bool TakeExponent(const wchar_t* at, CStringA& text)
 {
     if (*at != L'e' && *at != L'E')
         return true;
     ++at;
-    text += 'e';
+    text.AppendChar('e');
     if (*at == L'-')
-        text += '-';
+        text.AppendChar('-');
     if (*at == L'-' || *at == L'+')
         ++at;
     return TakeDigits(at, text);
@@ -105,16 +104,17 @@ bool ReadNumber(const CString& text, std::uint64_t& number)
 bool ReadNumber(const CString& text, float& number)
 {
     const wchar_t* at = text.GetString();
-    std::string digits = TakeSign(at) ? "-" : "";
+    CStringA digits = TakeSign(at) ? "-" : "";
     bool any = TakeDigits(at, digits);
     if (*at == L'.') {
-        digits += '.';
+        digits.AppendChar('.');
         any = TakeDigits(++at, digits) || any;
     }
     if (!any || !TakeExponent(at, digits))
         return false;
     float value = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    const char* const first = digits.GetString();
+    const auto result = std::from_chars(first, first + digits.GetLength(), value);
     if (result.ec != std::errc())
         return false;
     number = value;

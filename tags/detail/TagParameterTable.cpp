@@ -2,6 +2,7 @@
 
 #include "core/HashMap.h"
 #include "resources/Ids.h"
+#include "tags/detail/TagBuffer.h"
 
 #include <memory>
 
@@ -51,9 +52,12 @@ const ParameterMap& TheParameters()
 {
     // Never destroyed: hosts ask until the very end.
     static const ParameterMap* const parameters = [] {
-        auto map = std::make_unique<ParameterMap>();
-        for (const TagParameter& row : kParameters)
-            map->Insert(row.name, &row);
+        std::unique_ptr<ParameterMap> map;
+        for (const TagParameter& row : kParameters) {
+            // One that lacks a row for want of memory would lack it for ever; the next call makes another.
+            if (Made(map).Insert(row.name, &row) == 0)
+                ThrowMemory();
+        }
         return map.release();
     }();
     return *parameters;
