@@ -119,7 +119,7 @@ private:
         if (m_isOpenMarker)
             m_open.back().taken += next.Left(length);
         m_out.Delete(at, length);
-        if (isEnd && at == m_out.GetLength() && !m_isOpenMarker)
+        if (length == 0 && isEnd && at == m_out.GetLength() && !m_isOpenMarker)
             DropLastLineBreak();
     }
 

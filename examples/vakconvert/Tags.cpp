@@ -287,22 +287,6 @@ const CTags& ConditionalTags()
     return tags;
 }
 
-RunFacts SampleFacts(const CString& file)
-{
-    RunFacts facts;
-    facts.date = CTime(2026, 9, 1, 10, 0, 0);
-    facts.seconds = 75;
-    facts.destination = L"C:\\models\\out\\";
-    facts.passedOver = 2;
-    facts.outcomes = {
-        {L"crate.obj", L"crate.ply", L"8 vertices, 6 faces", 812, 0.4, {}, kIoPlugin3D, 8, 6},
-        {L"parts\\ring.stl", file, L"240 vertices, 480 faces", 9432, 0.6, {}, kIoPlugin3D, 240, 480},
-        {L"photo.tga", L"photo.png", L"96 x 64 RGB", 5120, 0.2, {}, kIoPluginBitmaps, 0, 0},
-        {L"parts\\torn.ply", {}, {}, 0, 0.1, L"the file is damaged", 0, 0, 0},
-    };
-    return facts;
-}
-
 std::vector<TagProblem> FindTagProblems(const CTags& tags, const CString& text)
 {
     std::vector<TagProblem> problems;

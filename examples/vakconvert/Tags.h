@@ -45,10 +45,6 @@ constexpr unsigned int kConditionalClass = 'TAGC';
 /// An engine that knows the two conditional tags, to be copied: only reports use them.
 const CTags& ConditionalTags();
 
-/// A run that never was, for previews. Its largest result is `file`, so that tags that ask the disk about it
-/// have something to tell.
-RunFacts SampleFacts(const CString& file);
-
 /// Something in a template that looks like a tag, but is none or has a parameter that nobody knows.
 struct TagProblem
 {

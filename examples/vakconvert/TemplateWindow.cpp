@@ -74,9 +74,9 @@ private:
 } // namespace
 
 TemplateWindow::TemplateWindow(const TemplateFile& file)
-    : m_file(file), m_facts(SampleFacts(file.path)), m_tags(ConditionalTags()), m_font(MakeFont())
+    : m_file(file), m_tags(ConditionalTags()), m_font(MakeFont())
 {
-    RegisterReportTags(m_tags, m_facts);
+    RegisterReportTags(m_tags, m_sample.Facts());
 }
 
 TemplateWindow::~TemplateWindow()

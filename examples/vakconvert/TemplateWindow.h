@@ -1,6 +1,6 @@
 #pragma once
 
-#include "examples/vakconvert/Tags.h"
+#include "examples/vakconvert/SampleRun.h"
 #include "examples/vakconvert/TemplateFile.h"
 #include "framework/ui/RichEditCtrl.h"
 
@@ -40,7 +40,7 @@ private:
     CString TagsToInsert(const CString& chosen) const;
 
     TemplateFile m_file;
-    RunFacts m_facts;
+    SampleRun m_sample;
     CTags m_tags;
     HFONT m_font = nullptr;
     CWnd m_templateLabel;

@@ -149,9 +149,9 @@ TEST_F(VakconvertTags, ListsKeepTheirBulletsAndTextsTheirEncoding)
 {
     using namespace std::string_literals;
     m_folder.Write("in/é.obj", kTriangle);
-    EXPECT_EQ(ReportOf("\xEF\xBB\xBFx\r\n  - <convertedlist>"),
+    EXPECT_EQ(ReportOf("\xEF\xBB\xBFx\r\n<tagifexist>\r\n  - <convertedlist>\r\n<tagendifexist>\r\n"),
               "\xEF\xBB\xBFx\r\n  - a.obj -> a.ply (3 vertices, 1 face; 220 bytes)\r\n"
-              "  - é.obj -> é.ply (3 vertices, 1 face; 220 bytes)");
+              "  - é.obj -> é.ply (3 vertices, 1 face; 220 bytes)\r\n");
     EXPECT_EQ(ReportOf("\xFF\xFE\xE9\0<\0f\0i\0l\0e\0s\0>\0\n\0"s), "\xFF\xFE\xE9\0\x33\0\n\0"s);
     EXPECT_EQ(ReportOf("\xE9<files>\n"), "\xE9\x33\n") << "the system's code page";
     EXPECT_EQ(ReportOf(""), "");
