@@ -2,25 +2,15 @@
 // stores the same bytes; what does not load leaves an empty array that can be used.
 #include "core/ElementArray.h"
 #include "core/IntArrayID.h"
-#include "framework/base/Archive.h"
-#include "framework/base/Exception.h"
-#include "framework/base/MemFile.h"
+#include "fuzz/support/Archived.h"
 #include "fuzz/support/Target.h"
 
 #include <cstring>
-#include <string>
 #include <vector>
 
 using vak::fuzz::Require;
 
 namespace {
-
-class LengthlessFile : public CMemFile
-{
-public:
-    using CMemFile::CMemFile;
-    ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
-};
 
 /// Elements of any size; as many are destructed as were constructed, but for the scratch of a reading.
 class Bytes : public CElementArray
@@ -50,14 +40,11 @@ public:
         else
             archive.EnsureRead(element, GetSizeOfElement());
     }
-    void ForgetScratch()
-    {
-        Require(m_alive == GetSize() || m_alive == GetSize() + 1);
-        m_alive = GetSize();
-    }
     /// Uses the array as its owner would, unless the file has made it too large for that.
     void Use()
     {
+        Require(m_alive == GetSize() || m_alive == GetSize() + 1);
+        m_alive = GetSize();
         SetGrowFactor(0);
         if (GetSizeOfElement() > 4096)
             return;
@@ -74,7 +61,6 @@ private:
 
 struct Ints : CIntArrayID
 {
-    void ForgetScratch() {}
     void Use()
     {
         Add(1);
@@ -82,63 +68,31 @@ struct Ints : CIntArrayID
     }
 };
 
-template <class Array>
-std::string Store(Array& array)
-{
-    CMemFile file;
-    CArchive archive(&file, CArchive::store, 128);
-    array.Serialize(archive);
-    archive.Close();
-    std::string bytes(std::size_t(file.GetLength()), '\0');
-    file.SeekToBegin();
-    file.Read(bytes.data(), UINT(bytes.size()));
-    return bytes;
-}
-
-template <class Array>
-bool Load(Array& array, CFile& file)
-{
-    bool isLoaded = true;
-    CArchive archive(&file, CArchive::load, 128);
-    try {
-        array.Serialize(archive);
-    } catch (CArchiveException* exception) {
-        exception->Delete();
-        isLoaded = false;
-    }
-    Require(isLoaded || array.GetSize() == 0);
-    array.ForgetScratch();
-    return isLoaded;
-}
-
-template <class Array>
-void RunArray(CFile& file, int room)
+template <class Array, class File>
+void RunArray(const std::string& bytes, int room)
 {
     Array array, again;
     array.SetSize(room);
-    if (Load(array, file)) {
-        std::string stored = Store(array);
-        CMemFile copy(reinterpret_cast<BYTE*>(stored.data()), UINT(stored.size()));
+    if (vak::fuzz::IsLoaded<CArchiveException, File>(array, bytes)) {
+        const std::string stored = vak::fuzz::Stored(array);
         // Elements of another size need the room that the array happened to have.
         again.SetSize(room);
-        Require(Load(again, copy) && Store(again) == stored);
+        Require(vak::fuzz::IsLoaded<CArchiveException>(again, stored) && vak::fuzz::Stored(again) == stored);
+        again.Use();
+    } else {
+        Require(array.GetSize() == 0);
     }
     array.Use();
 }
 
 void Run(const std::uint8_t* data, std::size_t size)
 {
-    if (size == 0)
-        return;
-    // The first byte chooses the array, the room that it has, and whether the file knows its length.
-    std::vector<BYTE> bytes(data + 1, data + size);
-    CMemFile known(bytes.data(), UINT(bytes.size()));
-    LengthlessFile unknown(bytes.data(), UINT(bytes.size()));
-    CFile& file = (data[0] & 2) != 0 ? unknown : known;
-    if ((data[0] & 1) != 0)
-        RunArray<Ints>(file, data[0] >> 2);
-    else
-        RunArray<Bytes>(file, data[0] >> 2);
+    // The first byte chooses the array, whether the file knows its length, and the room that the array has.
+    constexpr void (*kRuns[])(const std::string&, int) = {RunArray<Bytes, CMemFile>, RunArray<Ints, CMemFile>,
+                                                          RunArray<Bytes, vak::fuzz::LengthlessFile>,
+                                                          RunArray<Ints, vak::fuzz::LengthlessFile>};
+    if (size != 0)
+        kRuns[data[0] & 3](std::string(data + 1, data + size), data[0] >> 2);
 }
 
 const vak::fuzz::Target target("ArrayArchives", Run);

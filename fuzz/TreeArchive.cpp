@@ -1,13 +1,10 @@
 // Trees from arbitrary bytes. What is refused leaves the tree empty and no node behind; what is read is
 // walked, copied and stored, and reads back to the same bytes.
 #include "core/Tree.h"
-#include "framework/base/Archive.h"
-#include "framework/base/Exception.h"
-#include "framework/base/MemFile.h"
+#include "fuzz/support/Archived.h"
 #include "fuzz/support/Target.h"
 
 #include <algorithm>
-#include <string>
 
 class FuzzTreeNode : public CTreeNode
 {
@@ -36,32 +33,6 @@ struct FuzzTree : CTree
     using CTree::CopyNode;
 };
 
-bool Load(CTree& tree, std::string bytes)
-{
-    CMemFile file(reinterpret_cast<BYTE*>(bytes.data()), UINT(bytes.size()));
-    CArchive archive(&file, CArchive::load, 128);
-    try {
-        tree.Serialize(archive);
-        return true;
-    } catch (CException* exception) {
-        exception->Delete();
-    }
-    Require(tree.IsEmpty() && tree.GetRoot() != nullptr && CTree::GetRight(tree.GetRoot()) == nullptr);
-    return false;
-}
-
-std::string Store(CTree& tree)
-{
-    CMemFile file;
-    CArchive archive(&file, CArchive::store);
-    tree.Serialize(archive);
-    archive.Close();
-    std::string bytes(std::size_t(file.GetLength()), '\0');
-    file.SeekToBegin();
-    file.Read(bytes.data(), UINT(bytes.size()));
-    return bytes;
-}
-
 struct Counter : TreeTraversalCallback
 {
     using TreeTraversalCallback::TreeTraversalCallback;
@@ -76,23 +47,29 @@ struct Counter : TreeTraversalCallback
     int m_open = 0;
 };
 
+void Use(FuzzTree& tree)
+{
+    const std::string stored = vak::fuzz::Stored(tree);
+    FuzzTree again;
+    Require(vak::fuzz::IsLoaded<CException>(again, stored) && vak::fuzz::Stored(again) == stored);
+    Counter counter(&tree);
+    tree.DoTraversal(nullptr, TreeTraversalBelow, &counter);
+    Require(counter.m_open == 0 && counter.m_entered == tree.GetChildNbr(nullptr, 0));
+    CTreeNode* const first = tree.GetFirstNode(nullptr);
+    Require(first == nullptr || tree.CopyNode(first, first, 1) != nullptr);
+    tree.DeleteNode(first);
+}
+
 void Run(const std::uint8_t* data, std::size_t size)
 {
     constexpr std::size_t kLongest = 1 << 16;
     {
         FuzzTree tree;
-        if (Load(tree, std::string(reinterpret_cast<const char*>(data), std::min(size, kLongest)))) {
-            const std::string stored = Store(tree);
-            FuzzTree again;
-            Require(Load(again, stored) && Store(again) == stored);
-            Counter counter(&tree);
-            tree.DoTraversal(nullptr, TreeTraversalBelow, &counter);
-            Require(counter.m_open == 0 && counter.m_entered == tree.GetChildNbr(nullptr, 0));
-            CTreeNode* const first = tree.GetFirstNode(nullptr);
-            if (first != nullptr)
-                Require(tree.CopyNode(first, first, 1) != nullptr);
-            tree.DeleteNode(first);
-        }
+        if (vak::fuzz::IsLoaded<CException>(tree, std::string(data, data + std::min(size, kLongest))))
+            Use(tree);
+        else
+            Require(tree.IsEmpty() && tree.GetRoot() != nullptr &&
+                    CTree::GetRight(tree.GetRoot()) == nullptr);
     }
     Require(FuzzTreeNode::alive == 0);
 }

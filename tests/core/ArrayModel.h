@@ -9,30 +9,6 @@
 
 namespace vak::test {
 
-/// The bytes of a pipe: what they are, but not how many nor which.
-class LengthlessFile : public CMemFile
-{
-public:
-    using CMemFile::CMemFile;
-    ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
-    ULONGLONG GetPosition() const override { AfxThrowNotSupportedException(); }
-};
-
-/// How reading `bytes` into `array` from a File ends: -1 when it does, else the archive's cause.
-template <class File = CMemFile, class Array>
-int ReadCause(Array& array, std::string bytes)
-{
-    File file(reinterpret_cast<BYTE*>(bytes.data()), UINT(bytes.size()));
-    CArchive archive(&file, CArchive::load, 128);
-    return ArchiveCause([&] { array.Serialize(archive); });
-}
-
-template <class Array>
-std::string StoredBytes(Array& array)
-{
-    return Stored([&](CArchive& archive) { array.Serialize(archive); }, 128);
-}
-
 /// An array and a vector that take the same random changes. Array takes and gives ints.
 template <class Array>
 class ArrayModel
@@ -69,8 +45,7 @@ private:
         const int size = int(m_model.size());
         const int index = Below(size + 4);
         const int inside = Below(size + 1);
-        const int count = Below(5) + 1;
-        const int removed = std::min(size - inside, 40 * count);
+        const int removed = std::min(size - inside, Below(200));
         switch (size > 300 ? 0 : Below(10)) {
         case 0:
             m_array.RemoveAt(inside, removed);
@@ -85,8 +60,8 @@ private:
             m_model[std::size_t(index)] = value;
             return;
         case 3:
-            m_array.InsertAt(index, value, count);
-            return Insert(index, std::vector<int>(std::size_t(count), value));
+            m_array.InsertAt(index, value, 3);
+            return Insert(index, {value, value, value});
         case 4:
             m_array.InsertAt(index, &m_other);
             return Insert(m_otherModel.empty() ? 0 : index, m_otherModel);

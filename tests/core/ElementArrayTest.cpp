@@ -1,5 +1,6 @@
 #include "core/ElementArray.h"
 #include "tests/core/ArrayModel.h"
+#include "tests/support/Slots.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,6 +12,7 @@
 using vak::test::Hex;
 using vak::test::IsRefused;
 using vak::test::ReadCause;
+using vak::test::SlotOf;
 using vak::test::StoredBytes;
 
 namespace {
@@ -35,14 +37,13 @@ int*& Number(const void* element)
 class Owners : public CElementArray
 {
 public:
-    explicit Owners(int elementSize = sizeof(int*), int size = 0) : CElementArray(elementSize) { Fill(size); }
+    explicit Owners(int elementSize = sizeof(int*), int size = 0) : CElementArray(elementSize)
+    {
+        while (GetSize() < size)
+            Add(GetSize());
+    }
     ~Owners() override { Owners::RemoveAll(); }
 
-    void Fill(int size)
-    {
-        for (int i = 0; i < size; ++i)
-            Add(i);
-    }
     int GetAt(int index) const { return *Number(ElementAt(index)); }
     int Add(int value) { return CElementArray::Add(Element(value)); }
     void SetAtGrow(int index, int value) { CElementArray::SetAtGrow(index, Element(value)); }
@@ -93,39 +94,25 @@ private:
     int* m_scratch = nullptr;
 };
 
-/// Slot of a virtual operation in the table, the destructor's two included.
-template <class Member>
-std::size_t SlotOf(Member member)
-{
-    std::size_t words[2];
-    static_assert(sizeof(member) == sizeof(words));
-    std::memcpy(words, &member, sizeof(words));
-    return (words[0] - 1) / sizeof(void*);
-}
-
 } // namespace
 
 TEST(ElementArrayTest, HasItsNumberItsMembersAndTheSlotsOfItsHooks)
 {
-    Owners first, second;
+    Owners first, second(8, 3);
     EXPECT_TRUE(std::is_sorted(std::begin(first.m_members), std::end(first.m_members)));
     EXPECT_EQ(second.GetID(), first.GetID() + 1);
-    second.Fill(3);
     second.InitElement(sizeof(int*));
     EXPECT_EQ(second.GetID(), first.GetID() + 2);
     EXPECT_EQ(alive, 0);
-    EXPECT_EQ(SlotOf(&CElementArray::RemoveAll), 4u);
-    EXPECT_EQ(SlotOf(&CElementArray::ConstructElement), 5u);
-    EXPECT_EQ(SlotOf(&CElementArray::DestructElement), 6u);
-    EXPECT_EQ(SlotOf(&CElementArray::CopyElement), 7u);
-    EXPECT_EQ(SlotOf(&CElementArray::SerializeElement), 8u);
+    EXPECT_TRUE(SlotOf(&CElementArray::RemoveAll) == 4 && SlotOf(&CElementArray::ConstructElement) == 5 &&
+                SlotOf(&CElementArray::DestructElement) == 6 && SlotOf(&CElementArray::CopyElement) == 7 &&
+                SlotOf(&CElementArray::SerializeElement) == 8);
 }
 
 TEST(ElementArrayTest, RoomGrowsByTheFactorOrByItself)
 {
     Owners array;
-    EXPECT_EQ(array.SetGrowFactor(3), 0);
-    EXPECT_EQ(array.SetGrowFactor(-1), 3);
+    EXPECT_TRUE(array.SetGrowFactor(3) == 0 && array.SetGrowFactor(-1) == 3);
     const int sizes[][3] = {{9, -1, 9}, {10, -1, 12}, {13, 20, 32}, {33, -7, 33}, {2, 0, 33}, {34, -1, 37}};
     for (const auto& [size, growBy, room] : sizes) {
         array.SetSize(size, growBy);
@@ -148,10 +135,8 @@ TEST(ElementArrayTest, TakesItsOwnElementsAndRefusesTheUnfit)
     array.SetAt(8, array[0]);
     EXPECT_EQ(StoredBytes(array).substr(10),
               Hex("04000000 04000000 04000000 01000000 02000000 03000000 04000000 03000000"));
-    EXPECT_TRUE(IsRefused([&] { array.Append(otherSize); }));
-    EXPECT_TRUE(IsRefused([&] { array[8]; }));
-    EXPECT_TRUE(IsRefused([&] { array.RemoveAt(7, 2); }));
-    EXPECT_TRUE(IsRefused([&] { Owners(-1); }));
+    EXPECT_TRUE(IsRefused([&] { array.Append(otherSize); }) && IsRefused([&] { array[8]; }) &&
+                IsRefused([&] { array.RemoveAt(7, 2); }) && IsRefused([&] { Owners(-1); }));
 }
 
 TEST(ElementArrayTest, AThrowingHookLosesAndRepeatsNothing)
@@ -189,9 +174,9 @@ TEST(ElementArrayTest, StoredBytesAreCountSizeFactorAndElements)
     EXPECT_EQ(StoredBytes(array), Hex("02 00 08000000 03000000 05000000 FFFFFFFF"));
     EXPECT_EQ(ReadCause(again, StoredBytes(array)), -1);
     EXPECT_EQ(again.SetGrowFactor(-1), 3);
-    array.Fill(20000);
-    EXPECT_EQ(ReadCause<vak::test::LengthlessFile>(again, StoredBytes(array)), -1);
-    EXPECT_EQ(StoredBytes(again), StoredBytes(array));
+    Owners large(8, 20000);
+    EXPECT_EQ(ReadCause<vak::test::LengthlessFile>(again, StoredBytes(large)), -1);
+    EXPECT_EQ(StoredBytes(again), StoredBytes(large));
 }
 
 TEST(ElementArrayTest, ABadArchiveLeavesTheArrayEmptyAndItsElementsSound)

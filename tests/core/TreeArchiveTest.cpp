@@ -6,8 +6,10 @@
 #include <tuple>
 
 using vak::test::Hex;
-using vak::test::LoadCause;
+using vak::test::IsRefused;
 using vak::test::MessageRecorder;
+using vak::test::ReadCause;
+using vak::test::StoredBytes;
 
 class FirstSchemaNode : public CTreeNode
 {
@@ -42,24 +44,14 @@ std::string Example()
            Form('C') + Tag(2) + Tag(0) + kNode + Form('D') + Tag(2) + Tag(0) + Tag(0);
 }
 
-std::string Stored(CTree& tree, int bufferSize = 4096)
-{
-    return vak::test::Stored([&](CArchive& archive) { tree.Serialize(archive); }, bufferSize);
-}
-
-int Load(CTree& tree, const std::string& bytes)
-{
-    return LoadCause(bytes, [&](CArchive& archive) { tree.Serialize(archive); });
-}
-
 } // namespace
 
 TEST(TreeArchiveTest, WritesAndReadsTheDocumentedBytes)
 {
     TestTree tree("A(BC)D");
-    EXPECT_EQ(Stored(tree), Example());
+    EXPECT_EQ(StoredBytes(tree), Example());
     TestTree other("X(Y)");
-    EXPECT_EQ(Load(other, Example()), -1);
+    EXPECT_EQ(ReadCause(other, Example()), -1);
     EXPECT_EQ(other.Text(), "A(BC)D");
     EXPECT_EQ(TestNode::alive, 8) << "what was there is deleted first";
     other.AddChild(other['A'], new TestNode('E'), 1);
@@ -70,7 +62,7 @@ TEST(TreeArchiveTest, WritesAndReadsTheDocumentedBytes)
                     [&](CArchive& archive) { part.NodeSerialize(part.GetRoot(), archive); });
     EXPECT_EQ(part.Text(), "BC") << "a chain without the root goes below the given node";
     TestNode::failAt = 1;
-    EXPECT_TRUE(vak::test::IsRefused<CMemoryException>(
+    EXPECT_TRUE(IsRefused<CMemoryException>(
         [&] { vak::test::Stored([&](CArchive& archive) { tree.NodeSerialize(tree['B'], archive); }); }));
 }
 
@@ -78,14 +70,14 @@ TEST(TreeArchiveTest, ReadsFlagsAloneOfNodesOfTheFirstSchema)
 {
     TestTree tree;
     tree.SetSilent(1);
-    ASSERT_EQ(Load(tree, kTree + Tag(4) + Tag(1) + Tag(3) + Hex("FF FF 01 00 09 00") + "CTreeNode" + Tag(7) +
-                             Tag(2) + kNode + Tag(8) + Tag(2) + Tag(0) + Tag(0)),
+    ASSERT_EQ(ReadCause(tree, kTree + Tag(4) + Tag(1) + Tag(3) + Hex("FF FF 01 00 09 00") + "CTreeNode" +
+                                  Tag(7) + Tag(2) + kNode + Tag(8) + Tag(2) + Tag(0) + Tag(0)),
               -1);
     const CTreeNode* const first = tree.GetFirstNode(nullptr);
     EXPECT_EQ(first->GetFlags(), 7u);
     EXPECT_EQ(CTree::GetConstRight(first)->GetFlags(), 8u) << "its class record is only a reference";
     tree.AddChild(nullptr, new FirstSchemaNode, 0);
-    EXPECT_EQ(vak::test::ArchiveCause([&] { Stored(tree); }), CArchiveException::badSchema);
+    EXPECT_EQ(vak::test::ArchiveCause([&] { StoredBytes(tree); }), CArchiveException::badSchema);
     EXPECT_FALSE(first->GetCustomData().HasData() || CTree::GetConstRight(first)->GetCustomData().HasData());
 }
 
@@ -104,19 +96,17 @@ TEST(TreeArchiveTest, LeavesNothingOfADamagedArchive)
     TestTree tree("X");
     tree.SetSilent(1);
     for (const auto& [what, cause, bytes] : rows) {
-        EXPECT_EQ(Load(tree, bytes), cause) << what;
+        EXPECT_EQ(ReadCause(tree, bytes), cause) << what;
         EXPECT_TRUE(tree.IsEmpty() && tree.GetRoot() != nullptr && TestNode::alive == 0) << what;
     }
-    for (int length = 0; length < int(Example().size()); ++length) {
-        TestNode::failAt = length % 5;
-        bool ended = false;
-        try {
-            ended = Load(tree, Example().substr(0, length)) != -1;
-        } catch (CException* exception) { // the store's own, or for want of memory
-            ended = true;
-            exception->Delete();
-        }
-        ASSERT_TRUE(ended && tree.IsEmpty() && TestNode::alive == 0) << length;
+    for (std::size_t length = 0; length < Example().size(); ++length) {
+        TestNode::failAt = int(length % 5);
+        // The store throws its own exception, and there may be no memory.
+        EXPECT_TRUE(IsRefused<CException>([&] {
+            if (ReadCause(tree, Example().substr(0, length)) != -1)
+                AfxThrowUserException();
+        })) << length;
+        EXPECT_TRUE(tree.IsEmpty() && TestNode::alive == 0) << length;
     }
     TestNode::failAt = 0;
 }
@@ -125,10 +115,10 @@ TEST(TreeArchiveTest, TellsTheUserUnlessSilent)
 {
     MessageRecorder recorder;
     CTree rootless;
-    EXPECT_EQ(Load(rootless, Example()), CArchiveException::genericException);
+    EXPECT_EQ(ReadCause(rootless, Example()), CArchiveException::genericException);
     EXPECT_EQ(recorder.Boxes().size(), 1u);
     rootless.SetSilent(1);
-    EXPECT_EQ(Load(rootless, Example()), CArchiveException::genericException);
+    EXPECT_EQ(ReadCause(rootless, Example()), CArchiveException::genericException);
     EXPECT_EQ(recorder.Boxes().size(), 1u);
 }
 
@@ -143,7 +133,7 @@ TEST(TreeArchiveTest, StandsAMillionLevels)
         last = node;
     }
     TestTree other;
-    ASSERT_EQ(Load(other, Stored(tree, 1 << 24)), -1);
+    ASSERT_EQ(ReadCause(other, StoredBytes(tree, 1 << 24)), -1);
     EXPECT_EQ(other.GetChildNbr(nullptr, 0), kLevels);
     tree.DeleteAll();
     EXPECT_NE(tree.CopyNode(other.GetFirstNode(nullptr), nullptr, 1), nullptr);

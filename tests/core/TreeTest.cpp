@@ -1,22 +1,15 @@
 #include "framework/base/Exception.h"
 #include "tests/core/TestNode.h"
+#include "tests/support/Slots.h"
 
 #include <cstring>
 #include <tuple>
 
+using vak::test::SlotOf;
+
 IMPLEMENT_SERIAL(TestNode, CTreeNode, VERSIONABLE_SCHEMA | 2)
 
 namespace {
-
-/// Slot of a virtual operation in the table, the destructor's two included.
-template <class Member>
-std::size_t SlotOf(Member member)
-{
-    std::size_t words[2];
-    static_assert(sizeof(member) == sizeof(words));
-    std::memcpy(words, &member, sizeof(words));
-    return (words[0] - 1) / sizeof(void*);
-}
 
 /// Writes down what it is shown, "A3B1A2", to the end or to the node of a name. Gives E a child, and takes
 /// the children off what it leaves.

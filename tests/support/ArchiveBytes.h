@@ -76,6 +76,30 @@ int LoadCause(std::string_view bytes, Read read)
     return ArchiveCause([&] { Load(bytes, read); });
 }
 
+/// The bytes of a pipe: what they are, but not how many nor which.
+class LengthlessFile : public CMemFile
+{
+public:
+    using CMemFile::CMemFile;
+    ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
+    ULONGLONG GetPosition() const override { AfxThrowNotSupportedException(); }
+};
+
+/// How reading `object` from a File of the bytes ends: -1 when it does, else the archive's cause.
+template <class File = CMemFile, class Object>
+int ReadCause(Object& object, std::string bytes)
+{
+    File file(reinterpret_cast<BYTE*>(bytes.data()), UINT(bytes.size()));
+    CArchive archive(&file, CArchive::load, 128);
+    return ArchiveCause([&] { object.Serialize(archive); });
+}
+
+template <class Object>
+std::string StoredBytes(Object& object, int bufferSize = 128)
+{
+    return Stored([&](CArchive& archive) { object.Serialize(archive); }, bufferSize);
+}
+
 /// "0A ff" as bytes; blanks are skipped.
 inline std::string Hex(std::string_view digits)
 {

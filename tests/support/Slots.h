@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+
+namespace vak::test {
+
+/// Slot of a virtual operation in the table, the destructor's two included.
+template <class Member>
+std::size_t SlotOf(Member member)
+{
+    std::size_t words[2];
+    static_assert(sizeof(member) == sizeof(words));
+    std::memcpy(words, &member, sizeof(words));
+    return (words[0] - 1) / sizeof(void*);
+}
+
+} // namespace vak::test
