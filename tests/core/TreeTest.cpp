@@ -108,8 +108,12 @@ TEST(TreeTest, ForgetsNodesThatWereLinkedWithoutAParent)
         CTreeNode* const x = new TestNode('X');
         tree.AddRight(tree['A'], x);
         tree.AddChild(nullptr, new TestNode('D'), 1);
-        tree.DeleteNode(together ? nullptr : tree['D']);
-        tree.DeleteChilds(x);
+        if (together)
+            tree.DeleteChilds(x);
+        else
+            tree.DeleteNode(tree.DeleteNode(tree['D']));
+        tree.AddChild(nullptr, new TestNode('E'), 1);
+        tree.DeleteNode(tree['E']);
     }
     CTreeNode* const y = new TestNode('Y');
     tree.AddRight(tree['B'], y);
