@@ -18,7 +18,8 @@ VAK_API LPCTSTR AfxRegisterWndClass(UINT classStyle, HCURSOR cursor = nullptr, H
                                     HICON icon = nullptr);
 
 /// Holds a window's handle. The object and the handle find each other while they are attached. A hook may
-/// destroy the window, not the object.
+/// destroy the window, not the object. What a hook throws is reported (CException::ReportError) and goes no
+/// further.
 class VAK_API CWnd : public CObject
 {
     DECLARE_DYNAMIC(CWnd)
@@ -90,7 +91,7 @@ protected:
     virtual void OnSize(UINT type, int cx, int cy);
     /// The system asks how small and how large the window may become, in pixels.
     virtual void OnGetMinMaxInfo(MINMAXINFO* info);
-    /// The window is being made and is not shown yet; -1 gives it up.
+    /// The window is being made and is not shown yet; -1, or an exception, gives it up.
     virtual int OnCreate(CREATESTRUCT* create);
     /// The window, still with its children, is about to go.
     virtual void OnDestroy();

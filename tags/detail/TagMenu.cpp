@@ -96,10 +96,10 @@ TagMenuItem& Builder::MenuAt(TagMenuItem& root, CString path)
         path = end < 0 ? CString() : path.Mid(end + kNestingLength);
         if (text.IsEmpty())
             continue;
-        const auto known = std::find_if(menu->items.begin(), menu->items.end(), [&](const auto& item) {
-            return item.command == 0 && item.text == text;
-        });
-        menu = known != menu->items.end() ? &*known : &menu->items.emplace_back(TagMenuItem{text, 0, {}});
+        const auto known = std::find_if(menu->items.begin(), menu->items.end(),
+                                        [&](const auto& item) { return item.isClass && item.text == text; });
+        menu =
+            known != menu->items.end() ? &*known : &menu->items.emplace_back(TagMenuItem{text, 0, {}, true});
     }
     return *menu;
 }

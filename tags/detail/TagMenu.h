@@ -21,6 +21,7 @@ struct TagMenuItem
     CString text;
     unsigned int command = 0;
     Items items;
+    bool isClass = false; ///< a menu of tags, not of the parameters of one
 
     bool IsSeparator() const { return command == 0 && items.empty(); }
 };

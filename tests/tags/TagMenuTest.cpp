@@ -13,12 +13,11 @@ namespace {
 TagMenuEntry Entry(const CString& className, const wchar_t* name, const wchar_t* friendlyName,
                    unsigned int flags = TAGDATA_TEXT)
 {
-    CTagInfo tag;
-    tag.m_tagName = name;
-    tag.m_flags = flags;
-    tag.m_dataType = vak::TagKind(flags);
-    tag.SetFriendlyName(friendlyName);
-    return {className, tag};
+    CTags tags;
+    tags.InsertTag(name, flags, 'DEMO', 1, CString(friendlyName), 0, nullptr, nullptr);
+    TagMenuEntry entry{className, {}};
+    tags.GetTagInfo(name, entry.tag);
+    return entry;
 }
 
 /// The menu on one line: "text=tag", "text{...}" for a menu of its own, "-" for a line.
@@ -26,13 +25,11 @@ CString Outline(const TagMenu& menu, const TagMenuItem& parent)
 {
     CString outline;
     for (const TagMenuItem& item : parent.items) {
-        outline += outline.IsEmpty() ? L"" : L"; ";
-        if (item.IsSeparator())
-            outline += L"-";
-        else if (item.command != 0)
-            outline += item.text + L"=" + menu.TagOf(item.command);
+        outline += (outline.IsEmpty() ? L"" : L"; ") + item.text;
+        if (item.command != 0)
+            outline += L"=" + menu.TagOf(item.command);
         else
-            outline += item.text + L"{" + Outline(menu, item) + L"}";
+            outline += item.IsSeparator() ? L"-" : L"{" + Outline(menu, item) + L"}";
     }
     return outline;
 }
@@ -57,16 +54,16 @@ TEST(TagMenu, NestsClassesAndSortsWithoutRegardToCase)
 
 TEST(TagMenu, OffersTheParametersThatApply)
 {
-    const auto outline = [](unsigned int tagFlags, unsigned int menuFlags) {
-        return InBoth([&] { return Outline({Entry(L"", L"<t>", L"T", tagFlags)}, menuFlags); });
+    const auto outline = [](unsigned int tagFlags, unsigned int menuFlags = 0) {
+        return Outline({Entry(L"", L"<t>", L"T", tagFlags), Entry(L"T", L"<u>", L"u")}, menuFlags);
     };
-    const CString dates = outline(TAGDATA_DATE, 0);
+    const CString dates = outline(TAGDATA_DATE);
     EXPECT_GE(dates.Find(L"T{Date (format : 01/09/2003)=<t(d)>; "), 0);
-    EXPECT_EQ(outline(TAGDATA_DATE | 0x4000000, 0), dates);
-    EXPECT_EQ(outline(TAGDATA_DATE | 0x4000000, vak::tagmenu::Restricted), L"T=<t>");
-    EXPECT_EQ(outline(TAGDATA_DATE | 0x2000000, 0), L"T=<t>");
-    EXPECT_EQ(outline(TAGDATA_TEXT, 0), L"T=<t>");
-    EXPECT_GE(outline(TAGDATA_FILENAME, 0).Find(L"Kind of file (jpg file)=<t(kind)>; "), 0);
+    EXPECT_GE(dates.Find(L"}; T{u=<u>}"), 0) << "a class is no tag of that name";
+    EXPECT_EQ(outline(TAGDATA_DATE | 0x4000000), dates);
+    EXPECT_EQ(outline(TAGDATA_DATE | 0x4000000, vak::tagmenu::Restricted), L"T=<t>; T{u=<u>}");
+    EXPECT_EQ(outline(TAGDATA_DATE | 0x2000000), L"T=<t>; T{u=<u>}");
+    EXPECT_GE(outline(TAGDATA_FILENAME).Find(L"Type du fichier (jpg file)=<t(kind)>}"), 0);
     EXPECT_LT(outline(TAGDATA_FILENAME, vak::tagmenu::Restricted).Find(L"(kind)"), 0) << "cannot be compared";
 }
 
