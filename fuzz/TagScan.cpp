@@ -48,11 +48,9 @@ void Run(const std::uint8_t* data, std::size_t size)
         literal.Empty();
 
         const CString raw = text.Mid(done, text.Find(L'>', done) + 1 - done);
-        Require(raw.ReverseFind(L'<') == 0);
         CTagInfo known;
-        Require(tags.GetTagInfo(raw, known) != 0);
+        Require(raw.ReverseFind(L'<') == 0 && tags.GetTagInfo(raw, known) != 0);
         Require(known.GetTagID() == info.GetTagID() && known.GetParameters() == info.GetParameters());
-        Require(tags.GetTagName('FUZZ', info.GetTagID()) == info.GetTagName());
         tags.GetTagFriendlyName(raw);
         done += raw.GetLength();
     }

@@ -15,15 +15,10 @@ public:
     }
 
     CPoint m_asked;
-    int m_created = -1;
+    int m_created = -2;
 
 protected:
-    int OnCreate(CREATESTRUCT*) override
-    {
-        if (m_created < -1)
-            AfxThrowNotSupportedException();
-        return m_created++;
-    }
+    int OnCreate(CREATESTRUCT*) override { return m_created++ < -1 ? OnCommand(0, 0) : m_created - 1; }
     void OnContextMenu(HWND, CPoint point) override { m_asked = point; }
     void OnTimer(UINT_PTR id) override { EndModalLoop(static_cast<int>(id)); }
     BOOL OnCommand(UINT, UINT) override { throw new CNotSupportedException; }
@@ -36,10 +31,8 @@ TEST(Window, CallsItsHooksWithinItsLoopAndReportsWhatTheyThrow)
 {
     vak::test::MessageRecorder recorder;
     ProbeWindow window;
-    window.m_created = -2;
     EXPECT_FALSE(window.Make()) << "OnCreate throws";
-    window.m_created = -1;
-    EXPECT_FALSE(window.Make()) << "refused by OnCreate";
+    EXPECT_FALSE(window.Make()) << "OnCreate refuses";
     ASSERT_TRUE(window.Make());
     window.SendMessage(WM_CONTEXTMENU, 0, MAKELPARAM(-1, 40));
     EXPECT_EQ(window.m_asked, CPoint(-1, 40));
@@ -56,8 +49,17 @@ TEST(Window, CallsItsHooksWithinItsLoopAndReportsWhatTheyThrow)
     EXPECT_EQ(GetMessage(&message, nullptr, 0, 0), 0) << "the loop outside sees it too";
     PostMessage(window.GetSafeHwnd(), WM_CLOSE, 0, 0);
     EXPECT_EQ(window.RunModalLoop(), -1);
+}
 
-    const HWND left = (window.Make(), window.Detach());
+TEST(Window, IsAttachedToOneObjectAtATime)
+{
+    ProbeWindow window;
+    window.m_created = 0;
+    ASSERT_TRUE(window.Make());
+    const HWND left = window.Detach();
     EXPECT_TRUE(window.Make(L"STATIC")) << "messages to a window without object come first";
+    EXPECT_FALSE(CWnd().Attach(window.GetSafeHwnd()));
+    EXPECT_TRUE(CWnd().Attach(left));
+    EXPECT_TRUE(CWnd().Attach(left)) << "a window outlives the object that did not make it";
     ::DestroyWindow(left);
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace {
 
 /// Ends a window when it is told of a change in it.
@@ -35,30 +37,20 @@ protected:
         m_control.GetTextRange(0, -1, text);
         return text;
     }
-    CString Expand()
+    /// Of a text or of a document; "[" and "]" stand for the markers of a conditional.
+    CString Expand(CStringA text)
     {
+        text.Replace("[", "<tagifexist>");
+        text.Replace("]", "<tagendifexist>");
+        SETTEXTEX how{ST_DEFAULT, CP_ACP};
+        m_control.SendMessage(EM_SETTEXTEX, reinterpret_cast<WPARAM>(&how),
+                              reinterpret_cast<LPARAM>(text.GetString()));
         CTagInfo tag;
         CTagValue value;
         m_tags.StartRTFScan();
         while (m_tags.RTFScan(m_control, tag) && m_tags.GetDataFromTag(tag, value, TAGDATA_TEXT))
             m_tags.SetRTFTag(m_control, value.GetText());
         return Text();
-    }
-    /// In a text "[" and "]" stand for the markers of a conditional.
-    CString Expand(CString text)
-    {
-        text.Replace(L"[", L"<tagifexist>");
-        text.Replace(L"]", L"<tagendifexist>");
-        m_control.SetWindowText(text);
-        return Expand();
-    }
-    CString ExpandRtf(const CStringA& body)
-    {
-        const CStringA document = "{\\rtf1\\ansi\\b0 " + body + "}";
-        SETTEXTEX how{ST_DEFAULT, CP_ACP};
-        m_control.SendMessage(EM_SETTEXTEX, reinterpret_cast<WPARAM>(&how),
-                              reinterpret_cast<LPARAM>(document.GetString()));
-        return Expand();
     }
     /// One letter a character: b(old), i(talic), x for both, "." for neither.
     CString Formats()
@@ -82,44 +74,44 @@ protected:
 
 TEST_P(RichText, FindsTagsAsInPlainTextAndCarriesConditionalsOut)
 {
-    constexpr const wchar_t* kRows[][2] = {
-        {L"<unknown> a<b<name>c <<<<name><NAME> < Na me ( Ext ) > > <na\rme> <name",
+    constexpr std::pair<const char*, const wchar_t*> kRows[] = {
+        {"<unknown> a<b<name>c <<<<name><NAME> < Na me ( Ext ) > > <na\rme> <name",
          L"<unknown> a<bAnnac <<<AnnaAnna Anna > <na\rme> <name"},
         // Nothing is looked for inside a replacement, however long it has become.
-        {L"<lines><lines>[<name>]|<name>", L"x\r<name>yx\r<name>yAnna|Anna"},
+        {"<lines><lines>[<name>]|<name>", L"x\r<name>yx\r<name>yAnna|Anna"},
         // Empty lines go at the end of the text, and those that a marker leaves.
-        {L"\r1\r\r<name>\r<empty>\r\r", L"\r1\r\rAnna"},
-        {L"<empty>\r", L""},
-        {L"a [b<empty>c] d[<name>e]f", L"a  dAnnaef"},
-        {L"1\r[\r2 <name>\r]\r3\r[\r4 <empty>\r]\r5<name>", L"1\r2 Anna\r3\r5Anna"},
-        {L"[\r1\r\r[\r<name>]\r\r2\r[]\r]3<name>", L"1\r\rAnna\r\r2\r3Anna"},
-        {L"1\r\r[<empty>]\r\r2\r[<empty>]", L"1\r\r\r2"},
-        {L"[<empty>]\r<name>", L"Anna"},
-        {L"x[\r\r]y", L"x\r\ry"},
+        {"\r1\r\r<name>\r<empty>\r\r", L"\r1\r\rAnna"},
+        {"<empty>\r", L""},
+        {"a [b<empty>c] d[<name>e]f", L"a  dAnnaef"},
+        {"1\r[\r2 <name>\r]\r3\r[\r4 <empty>\r]\r5<name>", L"1\r2 Anna\r3\r5Anna"},
+        {"[\r1\r\r[\r<name>]\r\r2\r[]\r]3<name>", L"1\r\rAnna\r\r2\r3Anna"},
+        {"1\r\r[<empty>]\r\r2\r[<empty>]", L"1\r\r\r2"},
+        {"[<empty>]\r<name>", L"Anna"},
+        {"x[\r\r]y", L"x\r\ry"},
         // Without its partner a marker stays.
-        {L"a]b<empty>c<name>", L"a<tagendifexist>bcAnna"},
-        {L"[a[<empty>b]<empty>", L"<tagifexist>a"},
+        {"a]b<empty>c<name>", L"a<tagendifexist>bcAnna"},
+        {"[a[<empty>b]<empty>", L"<tagifexist>a"},
         // One flag for all: a marker clears what was met before it.
-        {L"<empty>[a<empty>[b<name>c]d]e", L"abAnnacde"},
-        {L"[a[b<empty>]c<name>]d", L"acAnnad"},
-        {L"1\r[\r[\r<lines>\r]\r<empty>]\r2<name>", L"1\r2Anna"},
-        {L"1\r[\r[\r<empty>\r]\r<lines>\r]\r2<name>", L"1\rx\r<name>y\r2Anna"},
+        {"<empty>[a<empty>[b<name>c]d]e", L"abAnnacde"},
+        {"[a[b<empty>]c<name>]d", L"acAnnad"},
+        {"1\r[\r[\r<lines>\r]\r<empty>]\r2<name>", L"1\r2Anna"},
+        {"1\r[\r[\r<empty>\r]\r<lines>\r]\r2<name>", L"1\rx\r<name>y\r2Anna"},
     };
     for (const auto& [text, expanded] : kRows) {
-        SCOPED_TRACE(testing::PrintToString(CString(text)));
+        SCOPED_TRACE(text);
         EXPECT_EQ(Expand(text), CString(expanded));
     }
 }
 
 TEST_P(RichText, GivesAValueTheFormatOfItsPlaceAndLeavesTheOthers)
 {
-    EXPECT_EQ(ExpandRtf("a<name>{\\b <name>b}{\\i <na}{\\b me>z}"), L"aAnnaAnnabAnnaz");
+    EXPECT_EQ(Expand("{\\rtf1\\b0 a<name>{\\b <name>b}{\\i <na}{\\b me>z}}"), L"aAnnaAnnabAnnaz");
     EXPECT_EQ(Formats(), L".....bbbbbiiiib");
-    EXPECT_EQ(ExpandRtf("{\\i <tag}if{\\b exist>}u{\\b <name>}{\\i v<tagendif}exist>w"
-                        "<ta{\\b gifexist>}<empty>{\\i <tagendifexist>x}"),
+    EXPECT_EQ(Expand("{\\rtf1\\b0 {\\i <tag}if{\\b exist>}u{\\b <name>}{\\i v<tagendif}exist>w"
+                     "<ta{\\b gifexist>}<empty>{\\i <tagendifexist>x}}"),
               L"uAnnavwx");
     EXPECT_EQ(Formats(), L".bbbbi.i");
-    EXPECT_EQ(ExpandRtf("\\qc<name>\\par\\pard\\par\\par"), L"Anna");
+    EXPECT_EQ(Expand("{\\rtf1\\qc<name>\\par\\pard\\par\\par}"), L"Anna");
     PARAFORMAT2 line{};
     line.cbSize = sizeof line;
     m_control.SendMessage(EM_GETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&line));

@@ -1,4 +1,3 @@
-#include "framework/base/StringTable.h"
 #include "framework/ui/Wnd.h"
 #include "tests/support/Print.h"
 #include "tests/support/TagEngine.h"
@@ -14,18 +13,16 @@ class InsertTagMenu : public testing::Test
 protected:
     void SetUp() override
     {
-        vak::SetTextLanguage(1033);
         m_tags.InsertTag(L"<day>", TAGDATA_DATE, 'TEST', 1, CString(L"Day"), 0, nullptr, nullptr);
         m_tags.InsertTag(L"<it>", TAGDATA_TEXT, 'TEST', 2, CString(L"It & more"), 0, nullptr, nullptr);
     }
-    void TearDown() override { vak::SetTextLanguage(vak::kDefaultTextLanguage); }
 
     /// Shows the menu and presses keys in it, one a tick: D(own), R(ight), E(nter), X (escape).
     CString Choose(const CString& keys, unsigned int flags, const CTags::TagClasses* listed = nullptr,
                    const CTags::TagClasses* leftOut = nullptr)
     {
         s_keys = keys;
-        s_ticks = 0;
+        s_idle = 0;
         const UINT_PTR timer = SetTimer(nullptr, 0, 20, &InsertTagMenu::OnTimer);
         const CString tag = m_tags.DoPopupMenu(CPoint(20, 20), flags, listed, leftOut, &m_result);
         KillTimer(nullptr, timer);
@@ -35,21 +32,22 @@ protected:
     {
         if (!IsWindowVisible(FindWindowW(L"#32768", nullptr)))
             return;
-        if (s_ticks < s_keys.GetLength()) {
-            constexpr WORD kCodes[] = {VK_DOWN, VK_RIGHT, VK_RETURN, VK_ESCAPE};
-            INPUT inputs[2]{};
-            inputs[0].type = INPUT_KEYBOARD;
-            inputs[0].ki.wVk = kCodes[CString(L"DREX").Find(s_keys[s_ticks])];
-            inputs[1] = inputs[0];
-            inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
-            SendInput(2, inputs, sizeof *inputs);
-        }
-        if (++s_ticks > 300)
+        if (s_keys.IsEmpty() && ++s_idle > 100)
             EndMenu(); // a menu that stays open
+        if (s_keys.IsEmpty())
+            return;
+        constexpr WORD kCodes[] = {VK_DOWN, VK_RIGHT, VK_RETURN, VK_ESCAPE};
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = kCodes[CString(L"DREX").Find(s_keys[0])];
+        SendInput(1, &input, sizeof input);
+        input.ki.dwFlags = KEYEVENTF_KEYUP;
+        SendInput(1, &input, sizeof input);
+        s_keys.Delete(0);
     }
 
     static inline CString s_keys;
-    static inline int s_ticks = 0;
+    static inline int s_idle = 0;
 
     CTags m_tags = vak::test::ConditionalTags();
     int m_result = -1;
@@ -62,8 +60,8 @@ TEST_F(InsertTagMenu, ReturnsTheTagStringOfEveryCommand)
     CWnd owner;
     owner.CreateEx(0, AfxRegisterWndClass(0), L"", WS_POPUP | WS_VISIBLE, CRect(0, 0, 9, 9), nullptr, 0);
     SetForegroundWindow(owner.GetSafeHwnd());
-    // No criteria; Conditionals tags: Begin ..., End ...; Day: two dates, two with the time, the time;
-    // It & more; Add all tags; Add all tags that can be reimported.
+    // No criteria; the conditional tags: begin, end; Day: two dates, two with the time, the time; It & more;
+    // the two entries for all tags.
     constexpr const wchar_t* kRows[][2] = {
         {L"DE", L""},
         {L"DDRE", L"<tagifexist>"},
