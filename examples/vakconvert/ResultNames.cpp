@@ -82,11 +82,17 @@ ResultNames::ResultNames(const std::vector<Source>& sources, bool overwrite) : m
         m_sources.Insert(Key(source.path));
 }
 
-CString ResultNames::FreePath(const CString& path, const CString& source) const
+CString ResultNames::FreePath(const CString& path, const CString& source)
 {
-    CString free = m_overwrite ? path : fileCreateUniqueName(path, 1);
-    for (ULONGLONG number = 1; IsTaken(free, source); ++number)
-        free = Numbered(path, number);
+    const CString key = Key(path);
+    ULONGLONG number = 0;
+    // Only a source may have its own path; all others go on behind the last number.
+    if (key != Key(source))
+        m_numbers.Find(key, number);
+    CString free = number == 0 ? path : Numbered(path, number);
+    while (IsTaken(free, source))
+        free = Numbered(path, ++number);
+    m_numbers.Insert(key, number);
     return free;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/HashMap.h"
 #include "core/HashTable.h"
 #include "examples/vakconvert/Batch.h"
 #include "examples/vakconvert/NameTemplate.h"
@@ -19,8 +20,9 @@ public:
     bool MayReplace() const { return m_overwrite; }
     /// Whether the path is taken for a result of `source`.
     bool IsTaken(const CString& path, const CString& source) const;
-    /// Returns `path` or, when that is taken, one like it that is not ("a (1).stl").
-    CString FreePath(const CString& path, const CString& source) const;
+    /// Returns `path` or, when that is taken, one like it that is not ("a (1).stl"). Goes on
+    /// behind the number that it gave before: many equal names would be tried over and over.
+    CString FreePath(const CString& path, const CString& source);
     /// Keeps the path from the results that follow.
     void Take(const CString& path);
 
@@ -28,6 +30,7 @@ private:
     bool m_overwrite;
     CHashTable<CString> m_sources; ///< lower-case, as the results are
     CHashTable<CString> m_results;
+    CHashMap<CString, ULONGLONG, const CString&> m_numbers; ///< the last one that FreePath gave
 };
 
 /// The first of `targets` that can take what the source holds; null when there is none.
