@@ -3,6 +3,7 @@
 #include "files/FileKinds.h"
 #include "files/FilePath.h"
 #include "files/detail/ZipNames.h"
+#include "files/detail/ZipState.h"
 
 #include <limits>
 #include <map>
@@ -123,14 +124,21 @@ bool CZip::AddNewFile(LPCWSTR path, LPCWSTR name, int level)
 
 void CZip::DeleteFiles(const CStringArray& names)
 {
-    std::set<std::size_t> found;
+    std::set<std::size_t> firsts;
     for (INT_PTR i = 0; i < names.GetSize(); ++i) {
         const std::size_t index = Find(names[i]);
         if (index != kNotFound)
-            found.insert(index);
+            firsts.insert(index);
+    }
+    // An archive may hold a name twice, and deleting it is not to bring the other one to light.
+    const vak::detail::ZipDirectory& directory = State().directory;
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; !firsts.empty() && i < directory.Count(); ++i) {
+        if (firsts.count(directory.FindFirst(directory.At(i))) != 0)
+            found.push_back(i);
     }
     if (!found.empty())
-        Delete({found.begin(), found.end()});
+        Delete(found);
 }
 
 /// Where the names stand while pairs are looked at one by one: a later pair sees what the earlier ones will
