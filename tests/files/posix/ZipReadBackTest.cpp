@@ -118,11 +118,11 @@ TEST_F(ZipReadBackTest, OtherToolsFindNothingWrong)
     zip.DeleteFiles(names);
     zip.Close();
     ExpectSound(folder, "new.zip");
-    folder.Write("front.zip", "MZ stub" + BuildZip({{"a", "1"}, {"b", "2", true}}).bytes);
+    folder.Write("front.zip", "#!stub\n" + BuildZip({{"a", "1"}, {"b", "2", true}}).bytes);
     zip.Open(folder.Path("front.zip"));
     Add("c", "3");
     zip.Close();
-    EXPECT_EQ(folder.Read("front.zip").substr(0, 7), "MZ stub");
+    EXPECT_EQ(folder.Read("front.zip").substr(0, 7), "#!stub\n");
     ExpectSound(folder, "front.zip");
     zip.Open(folder.Path("parts.zip"), CZip::zipCreateSplit, 65536);
     AddSome();
