@@ -46,6 +46,26 @@ CString AsFileName(CString text)
     return text;
 }
 
+bool IsOpen(wchar_t unit)
+{
+    return unit == kSomeDigits || unit == kSomeText;
+}
+
+/// Whether the name has what a guess begins and ends with, up to the first and from the last open place.
+bool EndsAgree(const CString& guess, const CString& name)
+{
+    const int shorter = std::min(guess.GetLength(), name.GetLength());
+    for (int at = 0; at < shorter && !IsOpen(guess[at]); ++at) {
+        if (guess[at] != name[at])
+            return false;
+    }
+    for (int at = 1; at <= shorter && !IsOpen(guess[guess.GetLength() - at]); ++at) {
+        if (guess[guess.GetLength() - at] != name[name.GetLength() - at])
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 NameTemplate::NameTemplate(const CString& text, CTime date) : m_text(text)
@@ -80,6 +100,9 @@ CString NameTemplate::Expand(const Source& source, const Target& target)
 
 bool NameMatches(const CString& guess, const CString& name)
 {
+    // Of a folder's files, each is compared with the guesses of all others: most differ here.
+    if (!EndsAgree(guess, name))
+        return false;
     const auto length = static_cast<std::size_t>(name.GetLength());
     // The beginnings of the name, by their lengths, that the guess up to `at` could have become.
     std::vector<char> reached(length + 1);

@@ -50,7 +50,7 @@ struct Planned
     {
         return std::any_of(guesses.begin(), guesses.end(), [&](const Guess& guess) {
             return guess.source != path &&
-                   (NameMatches(guess.result, path) || NameMatches(guess.result, bare));
+                   (NameMatches(guess.result, path) || (bare != path && NameMatches(guess.result, bare)));
         });
     }
 };

@@ -294,11 +294,25 @@ bool TemplateWindow::Save()
     return true;
 }
 
+bool TemplateWindow::MayClose()
+{
+    if (!m_template.GetModify())
+        return true;
+    const CString question = L"Save the changes to " + fileStripPath(m_file.path) + L"?";
+    const int answer = AfxMessageBox(question, MB_YESNOCANCEL | MB_ICONQUESTION);
+    return answer == IDNO || (answer == IDYES && Save());
+}
+
 void TemplateWindow::OnClose()
 {
-    const CString question = L"Save the changes to " + fileStripPath(m_file.path) + L"?";
-    const int answer =
-        m_template.GetModify() ? AfxMessageBox(question, MB_YESNOCANCEL | MB_ICONQUESTION) : IDNO;
-    if (answer == IDNO || (answer == IDYES && Save()))
+    if (MayClose())
         DestroyWindow();
+}
+
+BOOL TemplateWindow::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
+{
+    if (message != WM_QUERYENDSESSION)
+        return CWnd::OnWndMsg(message, wParam, lParam, result);
+    *result = MayClose();
+    return TRUE;
 }

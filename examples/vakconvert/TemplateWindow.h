@@ -18,6 +18,7 @@ public:
     BOOL PreTranslateMessage(MSG* message) override;
 
 protected:
+    BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) override;
     int OnCreate(CREATESTRUCT* create) override;
     void OnSize(UINT type, int cx, int cy) override;
     void OnGetMinMaxInfo(MINMAXINFO* info) override;
@@ -33,6 +34,8 @@ private:
     bool LoadTemplate();
     CString TextToSave() const;
     bool Save();
+    /// Asks what to do with unsaved changes; false when the window is to stay.
+    bool MayClose();
     void ShowTitle();
     void ShowPreview();
     void ShowStatus();

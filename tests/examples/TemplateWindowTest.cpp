@@ -2,6 +2,7 @@
 #include "tests/support/Print.h"
 
 #include <initializer_list>
+#include <utility>
 
 namespace {
 
@@ -114,9 +115,11 @@ TEST_F(TemplateWindow, InsertsTagsSavesAndAsksBeforeItCloses)
     EXPECT_EQ(m_folder.Read("t.txt"), "x<faces>é<nope>\n");
 
     Press({'Y'});
-    for (const int answer : {IDCANCEL, IDNO}) {
+    constexpr std::pair<UINT, int> kRows[] = {
+        {WM_QUERYENDSESSION, IDCANCEL}, {WM_CLOSE, IDCANCEL}, {WM_CLOSE, IDNO}};
+    for (const auto& [request, answer] : kRows) {
         EXPECT_TRUE(IsWindow(m_window));
-        PostMessageW(m_window, WM_CLOSE, 0, 0);
+        PostMessageW(m_window, request, 0, 0);
         ASSERT_TRUE(AwaitsWindow(L"#32770"));
         PostMessageW(FindWindowW(L"#32770", nullptr), WM_COMMAND, static_cast<WPARAM>(answer), 0);
         Sleep(200);
