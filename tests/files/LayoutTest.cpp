@@ -1,12 +1,12 @@
 #include "files/BatchInfo.h"
 #include "files/FileExt.h"
 #include "files/FileIo.h"
+#include "tests/support/Slots.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <iterator>
 
 namespace {
@@ -24,16 +24,6 @@ struct OpenFileIo : CFileIo
     }
 };
 
-/// Slot of a virtual operation in the table, the destructor's two included.
-template <class Member>
-std::size_t SlotOf(Member member)
-{
-    std::size_t words[2];
-    static_assert(sizeof(member) == sizeof(words));
-    std::memcpy(words, &member, sizeof(words));
-    return (words[0] - 1) / sizeof(void*);
-}
-
 } // namespace
 
 TEST(FileLayout, StaysWherePluginsThatAreInUseExpectIt)
@@ -46,8 +36,8 @@ TEST(FileLayout, StaysWherePluginsThatAreInUseExpectIt)
     EXPECT_EQ(offsetof(CFileExt, m_saver), kCodes + 12);
     EXPECT_EQ(offsetof(CFileExt, m_initCallback), kCodes + 16);
     EXPECT_TRUE(OpenFileIo(CFileNameSpec(L"a"), 0, nullptr).IsInOrder());
-    EXPECT_EQ(SlotOf(&CFileIo::CloseParser), 2u);
-    EXPECT_EQ(SlotOf(&CFileIo::InitParser), 3u);
+    EXPECT_EQ(vak::test::SlotOf(&CFileIo::CloseParser), 2u);
+    EXPECT_EQ(vak::test::SlotOf(&CFileIo::InitParser), 3u);
     const BatchInfo b;
     const void* const members[] = {
         &b.m_srcMode,       &b.m_dstMode,     &b.m_srcFolder, &b.m_dstFolder,  &b.m_recreateFolderTree,
