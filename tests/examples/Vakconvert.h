@@ -29,8 +29,10 @@ protected:
         arguments.Replace(L"@", m_folder.Path());
         CString command = L"vakconvert.exe --preferences " + m_folder.Path("prefs.dat") + L" " + arguments;
         SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
-        const HANDLE output = CreateFileW(m_folder.Path("output.txt"), GENERIC_WRITE, FILE_SHARE_READ,
-                                          &inherit, CREATE_ALWAYS, 0, nullptr);
+        // A program that has just ended may hold its output a moment longer.
+        const HANDLE output =
+            CreateFileW(m_folder.Path("output.txt"), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                        &inherit, CREATE_ALWAYS, 0, nullptr);
         STARTUPINFOW start{};
         start.cb = sizeof(start);
         start.dwFlags = STARTF_USESTDHANDLES;
