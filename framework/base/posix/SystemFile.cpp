@@ -83,6 +83,9 @@ bool Enter(int descriptor, const OpenOptions& options, bool isNew)
     return false;
 }
 
+/// A step small enough for the disk to begin with the first ones while the last are copied.
+constexpr ULONGLONG kCopyStep = 1 << 24;
+
 /// One step of copying, by the way that still works; the number of bytes, or -1.
 ssize_t CopyStep(int from, off_t& offset, int to, std::size_t size, std::vector<char>& piece)
 {
@@ -183,7 +186,7 @@ bool CopyBytes(HANDLE from, ULONGLONG offset, HANDLE to, ULONGLONG size, ULONGLO
     auto next = static_cast<off_t>(offset);
     std::vector<char> piece;
     while (done < size) {
-        const auto wanted = static_cast<std::size_t>(std::min<ULONGLONG>(size - done, kLargestTransfer));
+        const auto wanted = static_cast<std::size_t>(std::min(size - done, kCopyStep));
         const ssize_t copied = CopyStep(Descriptor(from), next, Descriptor(to), wanted, piece);
         if (copied == 0)
             return true;
@@ -191,6 +194,9 @@ bool CopyBytes(HANDLE from, ULONGLONG offset, HANDLE to, ULONGLONG size, ULONGLO
             done += static_cast<ULONGLONG>(copied);
         else if (errno != EINTR)
             return FailTransfer(Descriptor(to));
+        // Whoever copies as much flushes it, too: the disk can begin. Only a hint, so it may fail.
+        if (size > kCopyStep)
+            sync_file_range(Descriptor(to), 0, 0, SYNC_FILE_RANGE_WRITE);
     }
     return true;
 }
