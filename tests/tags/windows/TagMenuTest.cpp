@@ -86,9 +86,11 @@ TEST_F(InsertTagMenu, ReturnsTheTagStringOfEveryCommand)
     // The host's window is no condition.
     owner.DestroyWindow();
     CTags::TagClasses test;
+    CTags::TagClasses conditions;
     test.Insert('TEST');
+    conditions.Insert('TAGC');
     EXPECT_EQ(Choose(L"DDE", tagmenu::Restricted), L"<it>");
     EXPECT_EQ(Choose(L"DDE", 0, &test), L"<it>");
-    EXPECT_EQ(Choose(L"DRDE", 0, nullptr, &test), L"<tagendifexist>");
-    EXPECT_EQ(Choose(L"", 0, &test, &test), L"") << "nothing to show";
+    EXPECT_EQ(Choose(L"DDE", 0, nullptr, &conditions), L"<it>");
+    EXPECT_EQ(Choose(L"DDE", 0, &test, &test), L"") << "nothing to show";
 }
