@@ -1,6 +1,5 @@
 #include "files/FileSystem.h"
 #include "files/ZipArchive.h"
-#include "files/detail/ZipState.h"
 #include "framework/base/SystemFile.h"
 #include "framework/base/Time.h"
 #include "tests/support/Print.h"
@@ -38,13 +37,6 @@ protected:
     TempFolder folder;
     const CString path = folder.Path("pack.zip");
     CZip zip;
-};
-
-/// An archive that goes over to zip64 records at small numbers.
-class SmallFormatZip : public CZip
-{
-public:
-    SmallFormatZip() { State().start64 = {1000, 3}; }
 };
 
 } // namespace
@@ -292,40 +284,6 @@ TEST_F(ZipWriteTest, ASplitArchiveThatFitsOrFailsLeavesNoParts)
     EXPECT_EQ(ZipCause([&] { zip.Open(path, CZip::zipCreateSplit, 65535); }), CZipException::volumeTooSmall);
     EXPECT_EQ(ZipCause([&] { zip.Open(folder.Path("x.cbz"), CZip::zipCreateSplit, 65536); }),
               CZipException::badArgument);
-}
-
-TEST_F(ZipWriteTest, LargeNumbersGoIntoZip64Records)
-{
-    SmallFormatZip large;
-    large.Open(path, CZip::zipCreate);
-    const std::string noise = Noise(200000);
-    Contents wanted;
-    const auto add = [&](const char* name, const std::string& data) {
-        large.AddNewFile(folder.Write("in/file", data), CString(name).GetString());
-        wanted[name] = data;
-    };
-    add("short", "x");
-    add("words", Words(900));
-    add("noise", noise);
-    add("more", Words(300000));
-    add("last", "y");
-    large.Close();
-    EXPECT_EQ(ContentsOf(path), wanted);
-    EXPECT_NE(folder.Read("pack.zip").find("PK\x06\x06"), std::string::npos);
-    // Entries move from below the border to above it, and back.
-    large.Open(path);
-    CStringArray names;
-    names.Add(L"noise");
-    large.DeleteFiles(names);
-    wanted.erase("noise");
-    add("noise2", noise);
-    large.Close();
-    EXPECT_EQ(ContentsOf(path), wanted);
-    folder.Write("front.zip", std::string(2000, '-') + BuildZip({{"a", "1"}, {"b", "2"}}).bytes);
-    large.Open(folder.Path("front.zip"));
-    large.SetComment(L"moved");
-    large.Close();
-    EXPECT_EQ(ContentsOf(folder.Path("front.zip")), (Contents{{"a", "1"}, {"b", "2"}}));
 }
 
 TEST_F(ZipWriteTest, MoreEntriesThanSixteenBitsCount)
