@@ -250,8 +250,8 @@ bool ZipEntryWriter::LooksIncompressible(Source& source)
         // It has to gain a few per cent, which deflate finds by chance in no data.
         const std::size_t room = data.size() - data.size() / 32;
         std::span<std::uint8_t> output = std::span(m_out).first(room);
-        m_deflater.Reset(1);
-        isDense = !m_deflater.Compress(data, output, true);
+        m_sampler.Reset(1);
+        isDense = !m_sampler.Compress(data, output, true);
     }
     source.Seek(0);
     return isDense;

@@ -53,6 +53,7 @@ private:
     const zip::Zip64Start& m_start;
     const CString& m_archive;
     ZipDeflater m_deflater;
+    ZipDeflater m_sampler; ///< of another level: changing that costs more than a sample
     zip::NewEntry m_entry;
     std::uint64_t m_position = 0; ///< of the entry's local header in the whole space
     zip::Buffer m_header;
