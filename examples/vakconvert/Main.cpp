@@ -61,8 +61,23 @@ std::vector<CString> RowOf(const Outcome& outcome)
             failed ? L"failed: " + failure : L"-> " + fileStripPath(outcome.result)};
 }
 
+CString PassedOverText(const PassedOver& passedOver)
+{
+    CString text;
+    if (passedOver.others > 0)
+        text.AppendFormat(L", %d passed over: no target for their kind", static_cast<int>(passedOver.others));
+    if (passedOver.results > 0)
+        text.AppendFormat(L", %d passed over: results of an earlier run",
+                          static_cast<int>(passedOver.results));
+    return text;
+}
+
 int Summarise(const Console& console, const std::vector<Outcome>& outcomes, const PassedOver& passedOver)
 {
+    if (outcomes.empty()) {
+        console.Print(L"nothing to convert" + PassedOverText(passedOver) + L"\n");
+        return 0;
+    }
     std::vector<std::vector<CString>> rows{{L"File", L"Holds", L"Written", L"Time", L"Result"}};
     for (const Outcome& outcome : outcomes)
         rows.push_back(RowOf(outcome));
@@ -72,12 +87,7 @@ int Summarise(const Console& console, const std::vector<Outcome>& outcomes, cons
     CString line;
     line.Format(L"\n%d converted, %d failed", static_cast<int>(outcomes.size()) - static_cast<int>(failed),
                 static_cast<int>(failed));
-    if (passedOver.others > 0)
-        line.AppendFormat(L", %d passed over: no target for their kind", static_cast<int>(passedOver.others));
-    if (passedOver.results > 0)
-        line.AppendFormat(L", %d passed over: results of an earlier run",
-                          static_cast<int>(passedOver.results));
-    console.Print(line + L"\n");
+    console.Print(line + PassedOverText(passedOver) + L"\n");
     return failed == 0 ? 0 : kFailed;
 }
 
@@ -146,9 +156,7 @@ int ConvertAll(const Console& console, const Settings& settings)
     facts.destination = settings.destination;
     const PassedOver passedOver = ConvertSources(console, settings, targets, batch, sources, facts);
     facts.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    const int result = facts.outcomes.empty() ? 0 : Summarise(console, facts.outcomes, passedOver);
-    if (facts.outcomes.empty())
-        console.Print(L"nothing to convert\n");
+    const int result = Summarise(console, facts.outcomes, passedOver);
     const bool isReported = report.Write(facts, console);
     return problems.empty() && isReported ? result : kFailed;
 }

@@ -232,6 +232,22 @@ CString ModelTree::Lines()
     return lines;
 }
 
+namespace {
+
+/// What the tree is after it was written and read back.
+CString LinesFromArchive(ModelTree& tree)
+{
+    std::vector<BYTE> bytes = tree.ToArchive();
+    ModelTree shown;
+    shown.FromArchive(bytes);
+    CString total;
+    total.Format(L"%d nodes, %s in the archive\n", shown.GetChildNbr(nullptr, 0),
+                 fileGetSizeText(bytes.size()).GetString());
+    return shown.Lines() + total;
+}
+
+} // namespace
+
 int ShowModels(const Console& console, const Settings& settings)
 {
     std::vector<CString> problems;
@@ -247,13 +263,7 @@ int ShowModels(const Console& console, const Settings& settings)
         else
             problems.push_back(source.path + L": " + failure);
     }
-    std::vector<BYTE> bytes = tree.ToArchive();
-    ModelTree shown;
-    shown.FromArchive(bytes);
-    CString total;
-    total.Format(L"%d nodes, %s in the archive\n", shown.GetChildNbr(nullptr, 0),
-                 fileGetSizeText(bytes.size()).GetString());
-    console.Print(shown.Lines() + total);
+    console.Print(tree.IsEmpty() ? CString(L"no models to show\n") : LinesFromArchive(tree));
     for (const CString& problem : problems)
         console.PrintError(L"vakconvert: " + problem + L"\n");
     return problems.empty() ? 0 : 1;

@@ -83,6 +83,12 @@ bool TakePath(const CString& name, const CString& value, Settings& settings)
     return false;
 }
 
+/// Whether the option takes any text, none included.
+bool TakesAnyText(const CString& name)
+{
+    return name == L"--name" || name == L"-n";
+}
+
 /// Takes an argument that has a value; false when `name` is none of these. `problem` tells of a bad value.
 bool TakeValue(const CString& name, const CString& value, Settings& settings, CString& problem)
 {
@@ -102,7 +108,7 @@ bool TakeValue(const CString& name, const CString& value, Settings& settings, CS
     if (name == L"--subfolder" || name == L"-s") {
         settings.subfolder = SubfolderName(value);
         if (settings.subfolder.IsEmpty())
-            problem.Format(L"\"%s\" is no subfolder", value.GetString());
+            problem.Format(L"\"%s\" is no name of a folder below each source's own", value.GetString());
         return true;
     }
     if (TakePath(name, value, settings))
@@ -135,6 +141,16 @@ CString CheckDestination(const Settings& settings)
     return {};
 }
 
+/// Whether anything was said about results.
+bool WantsResults(const Settings& settings)
+{
+    const bool hasPlace = settings.beside || settings.recreateTree || settings.flat ||
+                          !settings.destination.IsEmpty() || !settings.subfolder.IsEmpty();
+    const bool hasReport = !settings.report.IsEmpty() || !settings.reportOut.IsEmpty();
+    return hasPlace || hasReport || !settings.targets.empty() || !settings.name.IsEmpty() ||
+           !settings.options.empty();
+}
+
 CString Complete(Settings& settings)
 {
     settings.recurse = settings.recurse || settings.recreateTree;
@@ -143,7 +159,8 @@ CString Complete(Settings& settings)
     if (settings.sources.empty())
         return L"no source was given";
     if (settings.tree)
-        return {};
+        return WantsResults(settings) ? L"--tree converts nothing: no option about results goes with it"
+                                      : L"";
     if (settings.targets.empty())
         return L"no target kind was given (--to .stl)";
     if (!settings.reportOut.IsEmpty() && settings.report.IsEmpty())
@@ -158,6 +175,9 @@ CString ParseCommandLine(const std::vector<CString>& arguments, Settings& settin
     bool onlySources = false;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const CString& argument = arguments[i];
+        // Where a script's variable is empty, the current directory is not what was meant.
+        if (argument.IsEmpty())
+            return L"a source has an empty name";
         if (onlySources || argument.Left(1) != L"-") {
             settings.sources.push_back(FullPath(argument));
             continue;
@@ -174,7 +194,8 @@ CString ParseCommandLine(const std::vector<CString>& arguments, Settings& settin
             problem.Format(L"\"%s\" is no option of this program", argument.GetString());
             return problem;
         }
-        if (++i == arguments.size())
+        ++i;
+        if (i == arguments.size() || (value.IsEmpty() && !TakesAnyText(argument)))
             problem.Format(L"%s needs a value", argument.GetString());
         if (!problem.IsEmpty())
             return problem;
@@ -199,7 +220,9 @@ CString UsageText()
            L"      --beside         results go beside their sources, as they do without these options\n"
            L"  -y, --overwrite      replaces files that exist; else a name that is taken gets a number\n"
            L"  -n, --name TEMPLATE  names results by tags: \"<file(shortname)>_<vertices>\"; see below\n"
-           L"      --report FILE    writes a report from a template, .txt or .rtf, beside the results\n"
+           L"      --report FILE    writes a report from a template, .txt or .rtf, in the destination "
+           L"folder\n"
+           L"                       (without --dest in the current one)\n"
            L"      --report-out F   writes it as this file\n"
            L"      --edit-template F  opens a report template in a window\n"
            L"  -o, --option N=V     sets an option of the target format, such as binary=0 or quality=80\n"
@@ -213,6 +236,7 @@ CString UsageText()
            L"<date(d)>; <vertices>, <faces>, <groups>, <materials> of models; <width>, <height> of images.\n"
            L"Tags of reports are in the menu of --edit-template.\n"
            L"\n"
-           L"The exit code is 0 when everything was converted, 1 when a file failed, 2 when the call is "
-           L"wrong.\n";
+           L"The exit code is 0 when nothing failed, 1 when a source is missing or something failed, 2 when "
+           L"the "
+           L"call is wrong.\n";
 }

@@ -86,6 +86,8 @@ TEST_F(Vakconvert, OnlyWhatLooksLikeAResultIsPassedOver)
     m_folder.Write("in/a.ply", "damaged");
     EXPECT_EQ(Run(L"--to ply -y @in"), 1u);
     EXPECT_TRUE(Says("1 converted, 2 failed, 1 passed over")) << m_output;
+    EXPECT_EQ(Run(L"--to png @in"), 0u);
+    EXPECT_TRUE(Says("nothing to convert, 4 passed over: no target for their kind")) << m_output;
 }
 
 TEST_F(Vakconvert, ShowsTheStructureOfModelsFromAnArchive)
@@ -109,7 +111,8 @@ TEST_F(Vakconvert, WrongCallsAreToldApartFromFailures)
           L"--to stl --beside --dest @out @a.obj", L"--to stl --subfolder r --dest @out @a.obj",
           L"--to stl --recreate-tree @a.obj", L"--to stl --recreate-tree --flat --dest @out @a.obj",
           L"--to stl --dest ?:\\out @a.obj", L"--to stl -s ../r @a.obj", L"--to stl -s r. @a.obj",
-          L"--to stl -s c:\\r @a.obj"})
+          L"--to stl -s c:\\r @a.obj", L"--to stl \"\"", L"--to stl --dest \"\" @a.obj",
+          L"--tree --to stl @a.obj"})
         EXPECT_EQ(Run(arguments), 2u) << m_output;
     EXPECT_EQ(Run(L"--to stl @missing.obj"), 1u);
     EXPECT_TRUE(Says("there is no such file or folder")) << m_output;
