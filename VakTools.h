@@ -31,6 +31,8 @@
 #include "framework/ui/RichEditCtrl.h"
 #include "framework/ui/Wnd.h"
 
+#include "core/CustomData.h"
+#include "core/CustomDataClass.h"
 #include "core/ElementArray.h"
 #include "core/HashKey.h"
 #include "core/HashMap.h"
@@ -46,6 +48,7 @@
 #include "core/UniqueName.h"
 
 #include "files/BatchInfo.h"
+#include "files/CurrentDir.h"
 #include "files/CustomMemFile.h"
 #include "files/DirectoryStack.h"
 #include "files/ExLCString.h"
