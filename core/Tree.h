@@ -8,8 +8,9 @@
 ///
 /// The tree owns its root and every node reachable from it; pointers to them are valid until the node is
 /// deleted, the tree is read or the tree goes. The root stands for the tree and is not shown: its children
-/// are the top level. A new tree has none; the owner installs one before anything else. Without a root
-/// nothing can be added without a parent, and nothing is read.
+/// are the top level. A new tree has none; the owner installs one before anything else, as a rule
+/// `SetRoot(new CTreeNode)`. Without a root nothing can be added without a parent, and nothing is read. Nodes
+/// are made with `new`.
 ///
 /// Depth is limited by memory alone: no operation recurses. One thread at a time; different trees are
 /// independent. Where memory runs out a CMemoryException* leaves and the tree is as before.
@@ -72,7 +73,8 @@ public:
 
     /// @name Operations
     /// @{
-    /// When non-zero, archive errors are thrown without being shown to the user first.
+    /// When non-zero, archive errors are thrown without being shown to the user first, as they are by
+    /// default: in a message box (CWinApp::DoMessageBox). Hosts without a user set it.
     void SetSilent(int silent) { m_silent = silent; }
     /// Takes over the root, from its place in a tree if it has one. The former root is deleted with all that
     /// is reachable from it; to keep it, remove it first.
