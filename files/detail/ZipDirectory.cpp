@@ -21,12 +21,12 @@ using zip::CentralHeader;
 constexpr std::uint64_t kLongestDirectory = 0xFFFF0000;
 
 /// The UTF-8 text that a Unicode extra field gives in place of `plain`; empty when it has none, or one that
-/// was made for another text.
-Bytes UnicodeInstead(Bytes extra, std::uint16_t id, Bytes plain)
+/// was made for another text, or when `plain` is UTF-8 itself.
+Bytes UnicodeInstead(Bytes extra, std::uint16_t id, Bytes plain, bool isUtf8)
 {
     constexpr std::size_t kFieldHeader = 5;
     const Bytes field = zip::FindExtra(extra, id);
-    if (field.size() <= kFieldHeader || field[0] != 1)
+    if (isUtf8 || field.size() <= kFieldHeader || field[0] != 1)
         return {};
     const std::uint32_t crc = ZipCrc(0, plain);
     return LoadLittleEndian<std::uint32_t>(&field[1]) == crc ? field.subspan(kFieldHeader) : Bytes{};
@@ -74,6 +74,7 @@ void ZipDirectory::Read(ZipSource& source, UINT codePage, std::uint64_t mostByte
     read.m_prefix = end.prefix;
     read.m_start = end.start;
     read.m_end = end.record + zip::kEndSize + end.commentLength;
+    read.m_isWrapped = end.isWrapped;
     read.m_bytes.resize(static_cast<std::size_t>(end.size));
     read.m_comment.resize(end.commentLength);
     if (!source.Read(end.start, read.m_bytes.data(), read.m_bytes.size()) ||
@@ -116,6 +117,14 @@ void ZipDirectory::Take(ZipEntry& entry, const CentralHeader& header)
     entry.crc = header.crc;
 }
 
+/// Tools without zip64 that wrap offsets list entries as they lie: each lies behind the one before.
+std::uint64_t ZipDirectory::Unwrapped(std::uint64_t offset)
+{
+    const std::uint64_t inLap = m_lastOffset - m_lastOffset % zip::kLap + offset;
+    m_lastOffset = inLap < m_lastOffset ? inLap + zip::kLap : inLap;
+    return m_lastOffset;
+}
+
 ZipEntry ZipDirectory::MakeEntry(ZipSource& source, std::size_t at, const CentralHeader& header)
 {
     ZipEntry entry;
@@ -129,6 +138,8 @@ ZipEntry ZipDirectory::MakeEntry(ZipSource& source, std::size_t at, const Centra
     entry.uncompressed = values.uncompressed;
     entry.compressed = values.compressed;
     entry.limit = m_start;
+    if (m_isWrapped)
+        values.localOffset = Unwrapped(values.localOffset);
     const std::uint64_t part = source.PartStart(values.disk);
     const std::uint64_t room = m_start - std::min(m_start, part);
     const std::uint64_t needed = zip::kLocalSize + header.nameLength;
@@ -145,10 +156,10 @@ void ZipDirectory::AppendName(ZipEntry& entry, const CentralHeader& header)
 {
     const Bytes record = Bytes(m_bytes).subspan(entry.record + zip::kCentralSize);
     const Bytes stored = record.first(header.nameLength);
-    const Bytes unicode =
-        UnicodeInstead(record.subspan(header.nameLength, header.extraLength), zip::kExtraUnicodePath, stored);
-    entry.nameStart = static_cast<std::uint32_t>(m_text.size());
     const bool isUtf8 = (header.flags & zip::kFlagUtf8) != 0;
+    const Bytes extra = record.subspan(header.nameLength, header.extraLength);
+    const Bytes unicode = UnicodeInstead(extra, zip::kExtraUnicodePath, stored, isUtf8);
+    entry.nameStart = static_cast<std::uint32_t>(m_text.size());
     zip::AppendText(unicode.empty() ? stored : unicode,
                     isUtf8 || !unicode.empty() ? UINT{CP_UTF8} : m_codePage, m_text);
     const bool isNamed = m_text.size() > entry.nameStart;
@@ -229,10 +240,10 @@ void ZipDirectory::Describe(const ZipEntry& entry, CZipHeader& header) const
         return;
     const Bytes comment = record.last(stored.commentLength);
     const Bytes extra = record.subspan(zip::kCentralSize + stored.nameLength, stored.extraLength);
-    const Bytes unicode = UnicodeInstead(extra, zip::kExtraUnicodeComment, comment);
-    const bool isUtf8 = (entry.flags & zip::kFlagUtf8) != 0 || !unicode.empty();
-    header.m_comment =
-        zip::CommentText(unicode.empty() ? comment : unicode, isUtf8 ? UINT{CP_UTF8} : m_codePage);
+    const bool isUtf8 = (entry.flags & zip::kFlagUtf8) != 0;
+    const Bytes unicode = UnicodeInstead(extra, zip::kExtraUnicodeComment, comment, isUtf8);
+    header.m_comment = zip::CommentText(unicode.empty() ? comment : unicode,
+                                        isUtf8 || !unicode.empty() ? UINT{CP_UTF8} : m_codePage);
 }
 
 CString ZipDirectory::Comment() const

@@ -94,6 +94,7 @@ public:
 private:
     void AddEntries(ZipSource& source, std::uint64_t declared, bool exact, const CString& name);
     ZipEntry MakeEntry(ZipSource& source, std::size_t at, const zip::CentralHeader& header);
+    std::uint64_t Unwrapped(std::uint64_t offset);
     ZipEntry MakeWritten(Bytes record, std::uint64_t offset, std::uint64_t end);
     void IndexLast();
     void ClearIndexes();
@@ -110,6 +111,9 @@ private:
     std::uint64_t m_prefix = 0;
     std::uint64_t m_start = 0;
     std::uint64_t m_end = 0;
+    /// As in ZipEnd; then the offset of the entry that was read last.
+    bool m_isWrapped = false;
+    std::uint64_t m_lastOffset = 0;
     /// By ignoreCase and fileNameOnly.
     mutable ZipNameIndex m_index[2][2];
 };

@@ -3,6 +3,7 @@
 #include "files/ZipException.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace vak::detail {
 
@@ -45,6 +46,12 @@ public:
     /// Whether it is the archive's end record although it was refused: nothing follows it, or it leads to a
     /// directory. A record further in front would then be that of another archive.
     bool IsCertain() const { return m_isCertain; }
+    /// Whether its comment ends with the file.
+    bool EndsFile() const { return m_endsFile; }
+    /// Whether it is one of no entries, or just bytes in a comment that look like it.
+    bool IsDoubtful() const { return !m_endsFile && m_end.size == 0; }
+    /// The number of parts that it speaks of.
+    std::uint32_t Parts() const { return m_parts; }
     const ZipEnd& End() const { return m_end; }
 
 private:
@@ -55,6 +62,7 @@ private:
     int BringParts(std::uint32_t parts);
     int Place();
     bool IsDirectoryAt(std::uint64_t at);
+    bool IsWrapped(std::uint64_t prefix);
     template <class Record>
     bool ReadRecord(std::uint64_t at, std::size_t size, Record& record)
     {
@@ -68,6 +76,8 @@ private:
     zip::End64Record m_record64;
     bool m_has64 = false;
     bool m_isCertain = false;
+    bool m_endsFile = false;
+    std::uint32_t m_parts = 1;
     std::uint64_t m_directoryEnd = 0;
     std::uint64_t m_declaredOffset = 0;
     std::uint32_t m_directoryDisk = 0;
@@ -89,7 +99,7 @@ int Candidate::ReadEnd()
         return CZipException::endMissing;
     m_end.commentLength = m_record.commentLength;
     const std::uint64_t behind = m_source.Size() - m_end.record - zip::kEndSize;
-    m_isCertain = m_record.commentLength == behind;
+    m_isCertain = m_endsFile = m_record.commentLength == behind;
     return m_record.commentLength <= behind ? 0 : int(CZipException::endDamaged);
 }
 
@@ -109,6 +119,10 @@ int Candidate::BringParts(std::uint32_t parts)
 {
     constexpr std::uint32_t kMostParts = 65536;
     const std::uint64_t fromEnd = m_source.Size() - m_end.record;
+    m_parts = parts;
+    // What only looks like an end record names parts that never were.
+    if (parts <= kMostParts && !m_endsFile && !m_source.HasParts(parts))
+        return CZipException::volumeMissing;
     if (parts > kMostParts || !m_source.BringParts(parts))
         return CZipException::endDamaged;
     m_end.record = m_source.Size() - fromEnd;
@@ -164,6 +178,14 @@ bool Candidate::IsDirectoryAt(std::uint64_t at)
     return zip::SignatureOf(m_source.View(at, 4)) == zip::kCentralSignature;
 }
 
+/// Whether what seems to stand in front is so many times the space of 32 bits, and the archive begins there.
+bool Candidate::IsWrapped(std::uint64_t prefix)
+{
+    return !m_has64 && prefix % zip::kLap == 0 && prefix <= m_source.Size() &&
+           zip::SignatureOf(m_source.View(0, 4)) == zip::kLocalSignature &&
+           zip::SignatureOf(m_source.View(prefix, 4)) != zip::kLocalSignature;
+}
+
 int Candidate::Place()
 {
     const std::uint64_t part = m_source.PartStart(m_directoryDisk);
@@ -183,7 +205,8 @@ int Candidate::Place()
     m_isCertain = m_isCertain || isLast || isDeclared;
     if (isLast == isDeclared)
         return CZipException::directoryOffset;
-    m_end.prefix = isLast ? last - declared : 0;
+    m_end.isWrapped = isLast && IsWrapped(last - declared);
+    m_end.prefix = isLast && !m_end.isWrapped ? last - declared : 0;
     m_end.start = isLast ? last : declared;
     return 0;
 }
@@ -202,6 +225,8 @@ ZipEnd FindZipEnd(ZipSource& source, const CString& archive)
     const std::uint64_t size = source.Size();
     const std::uint64_t first = size - std::min(size, kSearched);
     int cause = 0;
+    std::uint32_t parts = 1;
+    std::optional<ZipEnd> doubtful;
     std::uint64_t before = size;
     for (int tries = 0; tries < kMostTries; ++tries) {
         before = LastSignature(source, first, before);
@@ -209,13 +234,23 @@ ZipEnd FindZipEnd(ZipSource& source, const CString& archive)
             break;
         Candidate candidate(source, before);
         const int refused = candidate.Try();
-        if (refused == 0)
-            return candidate.End();
+        if (source.Size() != size)
+            doubtful.reset();
+        if (refused == 0 && !candidate.IsDoubtful())
+            return doubtful && !candidate.EndsFile() ? *doubtful : candidate.End();
+        if (refused == 0 && !doubtful)
+            doubtful = candidate.End();
         // The last record of the file is the likeliest, so what it is refused for is the answer.
+        if (cause == 0)
+            parts = candidate.Parts();
         cause = cause == 0 ? refused : cause;
-        if (candidate.IsCertain() || source.Size() != size)
+        if ((refused != 0 && candidate.IsCertain()) || source.Size() != size)
             break;
     }
+    if (doubtful)
+        return *doubtful;
+    if (cause == CZipException::volumeMissing)
+        source.BringParts(parts);
     if (cause == 0)
         cause = BeginsLikeArchive(source) ? CZipException::endMissing : CZipException::notArchive;
     ThrowZip(cause, archive);

@@ -20,6 +20,8 @@ struct ZipEnd
     bool isExact = false;
     /// By how much positions in the records are too low because something stands in front of the archive.
     std::uint64_t prefix = 0;
+    /// Offsets were written in 32 bits although the archive is longer: each lacks a multiple of their space.
+    bool isWrapped = false;
 };
 
 /// Finds the end of the archive, which may have data of somebody else behind it, and brings the parts of a

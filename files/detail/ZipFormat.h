@@ -49,6 +49,8 @@ constexpr std::uint16_t kExtraUnicodeComment = 0x6375;
 /// Values that say "see the zip64 field".
 constexpr std::uint16_t kSee64Short = 0xFFFF;
 constexpr std::uint32_t kSee64 = 0xFFFFFFFF;
+/// The space of an offset in 32 bits.
+constexpr std::uint64_t kLap = std::uint64_t{1} << 32;
 
 struct LocalHeader
 {

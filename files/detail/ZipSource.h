@@ -35,6 +35,8 @@ public:
     /// Makes the space that of `parts` parts (1 or more) of which it has the last; positions then count from
     /// the first one's beginning. False when it cannot be.
     virtual bool BringParts(std::uint32_t parts) = 0;
+    /// Whether BringParts would find the files of that many parts.
+    virtual bool HasParts(std::uint32_t parts) const = 0;
 
     /// Copies bytes to `buffer`; false when the space ends before the last.
     virtual bool Read(std::uint64_t offset, void* buffer, std::size_t size);
@@ -51,6 +53,7 @@ public:
     Bytes View(std::uint64_t offset, std::size_t least) override;
     std::uint64_t PartStart(std::uint32_t part) const override { return part == 0 ? 0 : Size(); }
     bool BringParts(std::uint32_t parts) override { return parts == 1; }
+    bool HasParts(std::uint32_t) const override { return true; }
 
 private:
     Bytes m_bytes;

@@ -85,6 +85,21 @@ void ZipVolumes::AddPieces()
     }
 }
 
+/// Whether a last part is open that can stand behind others.
+bool ZipVolumes::IsSetOf(std::uint32_t parts) const
+{
+    return parts != m_parts.size() && !m_isPieces && m_parts.size() == 1 && HasZipExtension(m_path);
+}
+
+bool ZipVolumes::HasParts(std::uint32_t parts) const
+{
+    Part part;
+    bool isThere = true;
+    for (std::uint32_t number = 1; IsSetOf(parts) && number < parts && isThere; ++number)
+        isThere = Describe(ZipPartPath(m_path, number), part);
+    return isThere;
+}
+
 bool ZipVolumes::BringParts(std::uint32_t parts)
 {
     if (parts == m_parts.size()) {
@@ -92,19 +107,17 @@ bool ZipVolumes::BringParts(std::uint32_t parts)
         m_isPieces = m_isPieces && parts == 1;
         return true;
     }
-    if (m_isPieces || m_parts.size() != 1 || !HasZipExtension(m_path))
+    if (!IsSetOf(parts))
         return parts == 1;
-    Release();
-    const Part last = m_parts.front();
-    m_parts.clear();
+    ZipVector<Part> all(parts);
     for (std::uint32_t number = 1; number < parts; ++number) {
         const CString path = ZipPartPath(m_path, number);
-        Part part;
-        if (!Describe(path, part))
+        if (!Describe(path, all[number - 1]))
             ThrowZip(CZipException::volumeMissing, path, nullptr, static_cast<LONG>(system::LastFileError()));
-        m_parts.push_back(part);
     }
-    m_parts.push_back(last);
+    all.back() = m_parts.front();
+    Release();
+    m_parts.swap(all);
     Number();
     return true;
 }

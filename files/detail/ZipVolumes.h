@@ -49,6 +49,7 @@ public:
     std::uint64_t PartStart(std::uint32_t part) const override;
     /// Puts the parts name.z01 ... in front of the open name.zip. Throws volumeMissing.
     bool BringParts(std::uint32_t parts) override;
+    bool HasParts(std::uint32_t parts) const override;
 
     /// The handle of the part that holds `offset`, the offset in it, and how many bytes it has from there on;
     /// for copying in the kernel. The handle's position is the caller's until the next View.
@@ -66,6 +67,7 @@ private:
     static bool Describe(const CString& path, Part& part);
     void Number();
     void AddPieces();
+    bool IsSetOf(std::uint32_t parts) const;
     std::size_t PartOf(std::uint64_t offset) const;
     void Hold(std::size_t part);
     std::size_t ReadAt(std::uint64_t offset, std::uint8_t* buffer, std::size_t size);

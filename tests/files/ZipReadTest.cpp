@@ -129,6 +129,8 @@ TEST_F(ZipReadTest, EveryFormOfASoundArchiveIsRead)
         {plain, {.gap = "PK\x05\x05" + Little(3, 2) + "sig"}},
         {plain, {.comment = std::string(65535, 'c')}},
         {plain, {.comment = "see PK\x05\x06 here" + std::string(30, ' ')}},
+        {plain, {.comment = "PK\x05\x06" + std::string(18, '\0') + "no end"}},
+        {plain, {.comment = "PK\x05\x06" + std::string(8, '\7') + std::string(10, '\0') + "no part"}},
         {plain, {.behind = std::string(70000, 'x')}},
     };
     for (const auto& form : forms) {
