@@ -145,7 +145,8 @@ public:
     /// name. Throws when the name is not safe, see CZipException.
     void Extract(std::size_t index, LPCWSTR path, bool fullPath = true, LPCWSTR newName = nullptr,
                  UINT bufferSize = kBufferSize);
-    /// Writes the entry's data to an open file. Throws, after having written a part, when they are damaged.
+    /// Writes the entry's data to an open file. Throws, after having written a part, when they are damaged;
+    /// what the file throws passes through.
     void ExtractTo(std::size_t index, CFile& to, UINT bufferSize = kBufferSize);
     /// Reads the entry's data and checks them, as extracting does.
     void Test(std::size_t index);

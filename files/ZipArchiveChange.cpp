@@ -15,6 +15,7 @@ using detail::ZipEntry;
 using detail::ZipKept;
 using detail::ZipRewriter;
 using detail::ZipState;
+using detail::ZipVector;
 
 namespace {
 
@@ -49,9 +50,9 @@ std::unique_ptr<ZipRewriter> NewWriter(const ZipState& state, ULONGLONG partSize
 }
 
 /// All entries, as they are.
-std::vector<ZipKept> KeepAll(const ZipDirectory& directory)
+ZipVector<ZipKept> KeepAll(const ZipDirectory& directory)
 {
-    std::vector<ZipKept> kept(directory.Count());
+    ZipVector<ZipKept> kept(directory.Count());
     for (std::size_t i = 0; i < kept.size(); ++i)
         kept[i].index = i;
     return kept;
@@ -87,7 +88,7 @@ void CheckUnchanged(const ZipState& state)
 }
 
 /// Builds the archive anew from those of its entries that are kept. With `comment` it gets that one.
-void Rewrite(ZipState& state, const std::vector<ZipKept>& kept, const detail::zip::Buffer* comment = nullptr)
+void Rewrite(ZipState& state, const ZipVector<ZipKept>& kept, const detail::zip::Buffer* comment = nullptr)
 {
     if (state.writer != nullptr && state.writer->IsSplit())
         ThrowZip(CZipException::isReadOnly, state.path);
@@ -110,7 +111,7 @@ void BeginAdding(ZipState& state, const detail::ZipAddition& what)
     CheckUnchanged(state);
     const ZipDirectory& old = state.directory;
     const std::size_t replaced = old.Find(what.name, false, false);
-    std::vector<ZipKept> kept;
+    ZipVector<ZipKept> kept;
     for (ZipKept& entry : KeepAll(old)) {
         const bool isSame =
             replaced != CZipArchive::kNotFound && old.IsSameName(old.At(entry.index), old.At(replaced));
@@ -125,10 +126,11 @@ void BeginAdding(ZipState& state, const detail::ZipAddition& what)
     Adopt(state, std::move(writer), made);
 }
 
-/// Refuses to add the archive to itself.
+/// Refuses to add the archive, or what it is becoming, to itself.
 void CheckForeign(const ZipState& state, LPCWSTR path)
 {
-    if (fileIsSameFile(path, state.full) != 0)
+    if (fileIsSameFile(path, state.full) != 0 ||
+        (state.writer != nullptr && fileIsSameFile(path, state.writer->TemporaryPath()) != 0))
         ThrowZip(CZipException::badArgument, state.path, path);
 }
 
@@ -186,12 +188,12 @@ void CZipArchive::Delete(const std::vector<std::size_t>& indexes)
 {
     ZipState& state = State();
     state.CheckChangeable();
-    std::vector<bool> isDropped(state.directory.Count());
+    ZipVector<bool> isDropped(state.directory.Count());
     for (const std::size_t index : indexes) {
         Checked(index);
         isDropped[index] = true;
     }
-    std::vector<ZipKept> kept = KeepAll(state.directory);
+    ZipVector<ZipKept> kept = KeepAll(state.directory);
     kept.erase(std::remove_if(kept.begin(), kept.end(),
                               [&](const ZipKept& entry) { return isDropped[entry.index]; }),
                kept.end());
@@ -205,7 +207,7 @@ void CZipArchive::Rename(const std::vector<std::size_t>& indexes, const CStringA
     state.CheckChangeable();
     if (indexes.size() != static_cast<std::size_t>(names.GetSize()))
         ThrowZip(CZipException::badArgument, state.path);
-    std::vector<ZipKept> kept = KeepAll(state.directory);
+    ZipVector<ZipKept> kept = KeepAll(state.directory);
     for (std::size_t i = 0; i < indexes.size(); ++i) {
         const bool isFolder = state.directory.IsFolder(Checked(indexes[i]));
         kept[indexes[i]].newName = CheckedName(state, names[static_cast<INT_PTR>(i)], isFolder);

@@ -37,18 +37,21 @@ void ZipDirectory::Append(Bytes record, std::uint64_t offset, std::uint64_t end)
 {
     const std::size_t bytes = m_bytes.size();
     const std::size_t text = m_text.size();
+    const std::size_t entries = m_entries.size();
     try {
         ZipEntry entry = MakeWritten(record, offset, end);
         zip::CentralHeader header;
         zip::Parse(record, header);
         AppendName(entry, header);
         m_entries.push_back(entry);
+        IndexLast();
     } catch (...) {
+        m_entries.resize(entries);
         m_bytes.resize(bytes);
         m_text.resize(text);
+        ClearIndexes();
         throw;
     }
-    IndexLast();
 }
 
 void ZipDirectory::IndexLast()

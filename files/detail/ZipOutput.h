@@ -51,8 +51,8 @@ public:
     void Return(std::uint64_t position);
     /// Hands what is buffered to the system.
     void Flush();
-    /// The file that is being written; changes with the part.
-    const CString& TemporaryPath() const { return m_file->TemporaryPath(); }
+    /// The file that is being written; changes with the part. Empty when it could not be made.
+    CString TemporaryPath() const { return m_file == nullptr ? CString() : m_file->TemporaryPath(); }
     void Commit();
 
 private:

@@ -112,10 +112,10 @@ ZipRewriter::ZipRewriter(const CString& path, const CString& name, std::uint64_t
         m_output.Write(Signature(signature, zip::kDescriptorSignature));
 }
 
-void ZipRewriter::TakeOver(ZipVolumes& from, const ZipDirectory& directory, const std::vector<ZipKept>& kept,
+void ZipRewriter::TakeOver(ZipVolumes& from, const ZipDirectory& directory, const ZipVector<ZipKept>& kept,
                            ZipDirectory& made)
 {
-    std::vector<Place> places(kept.size());
+    ZipVector<Place> places(kept.size());
     Move(from, directory, kept, places);
     made.SetComment(directory.StoredComment());
     Buffer renamed;
@@ -135,10 +135,10 @@ void ZipRewriter::TakeOver(ZipVolumes& from, const ZipDirectory& directory, cons
     }
 }
 
-void ZipRewriter::Move(ZipVolumes& from, const ZipDirectory& directory, const std::vector<ZipKept>& kept,
-                       std::vector<Place>& places)
+void ZipRewriter::Move(ZipVolumes& from, const ZipDirectory& directory, const ZipVector<ZipKept>& kept,
+                       ZipVector<Place>& places)
 {
-    std::vector<std::size_t> order(kept.size());
+    ZipVector<std::size_t> order(kept.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     const auto offsetOf = [&](std::size_t i) { return directory.At(kept[i].index).localOffset; };
     std::sort(order.begin(), order.end(),

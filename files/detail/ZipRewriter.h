@@ -9,7 +9,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace vak::detail {
 
@@ -40,7 +39,7 @@ public:
 
     /// Takes over entries with their compressed bytes as they are, the comment, and what stands in front of
     /// the first entry. Entries lie in the order in which they lay. `made` is empty.
-    void TakeOver(ZipVolumes& from, const ZipDirectory& directory, const std::vector<ZipKept>& kept,
+    void TakeOver(ZipVolumes& from, const ZipDirectory& directory, const ZipVector<ZipKept>& kept,
                   ZipDirectory& made);
     static constexpr std::size_t kNew = static_cast<std::size_t>(-1);
     /// Adds an entry, in the place of one that has its name unless `index` is kNew. When it throws, the
@@ -53,6 +52,8 @@ public:
     std::uint64_t Commit(ZipDirectory& made);
 
     bool IsSplit() const { return m_output.IsSplit(); }
+    /// As ZipOutput::TemporaryPath; empty when no part could be begun.
+    CString TemporaryPath() const { return m_output.TemporaryPath(); }
     /// Whether there are data in the new archive that belong to no entry any more.
     bool HasDeadData() const { return m_hasDeadData; }
 
@@ -65,8 +66,8 @@ private:
         std::uint64_t end = 0;
     };
 
-    void Move(ZipVolumes& from, const ZipDirectory& directory, const std::vector<ZipKept>& kept,
-              std::vector<Place>& places);
+    void Move(ZipVolumes& from, const ZipDirectory& directory, const ZipVector<ZipKept>& kept,
+              ZipVector<Place>& places);
     void Undo(std::uint64_t position);
     void WriteDirectory(const ZipDirectory& made, zip::Ending& ending);
 

@@ -8,7 +8,6 @@
 
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace vak::detail {
 
@@ -45,7 +44,7 @@ struct ZipState
     ZipVolumes volumes;
     ZipDirectory directory;
     ZipInflater inflater;
-    std::vector<std::uint8_t> buffer;
+    ZipVector<std::uint8_t> buffer;
     /// The new archive that is being written, else null; volumes and directory are then its.
     std::unique_ptr<ZipRewriter> writer;
     bool isNew = false;         ///< there is no old one, or none that counts (zipCreate)
