@@ -161,6 +161,7 @@ bool ZipState::IsKeptFor(LPCWSTR wanted) const
 void ZipState::Forget()
 {
     isKept = false;
+    replaced.reset();
     volumes.Close();
     directory.Clear();
 }

@@ -80,10 +80,22 @@ void Commit(ZipState& state, std::unique_ptr<ZipRewriter> writer, ZipDirectory& 
     state.volumes.Follow(state.full, size, false);
 }
 
+bool IsStill(const CString& path, const system::FileEntry& old)
+{
+    system::FileEntry now;
+    return system::QueryFile(path, now) && now.size == old.size &&
+           now.written.dwLowDateTime == old.written.dwLowDateTime &&
+           now.written.dwHighDateTime == old.written.dwHighDateTime;
+}
+
 /// What somebody else has done to the archive since it was opened would be lost, or garbled.
 void CheckUnchanged(const ZipState& state)
 {
-    if (state.writer == nullptr && !state.volumes.IsUnchanged())
+    // While there is a writer the volumes are its.
+    const bool isUnchanged = state.writer == nullptr
+                                 ? state.volumes.IsUnchanged()
+                                 : !state.replaced || IsStill(state.full, *state.replaced);
+    if (!isUnchanged)
         ThrowZip(CZipException::archiveChanged, state.path);
 }
 
@@ -108,22 +120,25 @@ void Rewrite(ZipState& state, const ZipVector<ZipKept>& kept, const detail::zip:
 /// Begins to add to an existing archive: with the first file, so that data which it replaces are not copied.
 void BeginAdding(ZipState& state, const detail::ZipAddition& what)
 {
+    system::FileEntry replaced;
+    system::QueryFile(state.full, replaced);
     CheckUnchanged(state);
     const ZipDirectory& old = state.directory;
-    const std::size_t replaced = old.Find(what.name, false, false);
+    const std::size_t sameName = old.Find(what.name, false, false);
     ZipVector<ZipKept> kept;
     for (ZipKept& entry : KeepAll(old)) {
         const bool isSame =
-            replaced != CZipArchive::kNotFound && old.IsSameName(old.At(entry.index), old.At(replaced));
-        entry.isPlace = entry.index == replaced;
+            sameName != CZipArchive::kNotFound && old.IsSameName(old.At(entry.index), old.At(sameName));
+        entry.isPlace = entry.index == sameName;
         if (!isSame || entry.isPlace)
             kept.push_back(entry);
     }
     auto writer = NewWriter(state);
     ZipDirectory made(old.CodePage());
     writer->TakeOver(state.volumes, old, kept, made);
-    writer->Add(what, made, replaced);
+    writer->Add(what, made, sameName);
     Adopt(state, std::move(writer), made);
+    state.replaced = replaced;
 }
 
 /// Refuses to add the archive, or what it is becoming, to itself.
@@ -245,6 +260,7 @@ void CZipArchive::Complete(bool setTime)
         state.isNew = false;
         Rewrite(state, KeepAll(state.directory));
     } else if (state.writer != nullptr) {
+        CheckUnchanged(state);
         Commit(state, std::move(state.writer), state.directory);
     }
     const std::int64_t newest = setTime && mayTouch ? NewestTime(state.directory) : 0;

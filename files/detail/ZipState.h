@@ -5,6 +5,7 @@
 #include "files/detail/ZipEntryStream.h"
 #include "files/detail/ZipRewriter.h"
 #include "files/detail/ZipVolumes.h"
+#include "framework/base/SystemFile.h"
 
 #include <memory>
 #include <optional>
@@ -49,6 +50,8 @@ struct ZipState
     std::unique_ptr<ZipRewriter> writer;
     bool isNew = false;         ///< there is no old one, or none that counts (zipCreate)
     bool hasDuplicates = false; ///< known while there is a writer
+    /// The archive's file as it was when adding to it began; nothing for a new one.
+    std::optional<system::FileEntry> replaced;
     zip::Zip64Start start64;
 };
 

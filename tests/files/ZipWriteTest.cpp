@@ -221,6 +221,12 @@ TEST_F(ZipWriteTest, WhatCannotBeAddedLeavesTheArchiveAsItWas)
     const FILETIME time = vak::detail::FileTimeFromTime(CTime(2021, 6, 5, 4, 3, 1));
     ASSERT_TRUE(vak::system::SetFileTimes(path, nullptr, nullptr, &time));
     EXPECT_EQ(ZipCause([&] { Add("c", "c"); }), CZipException::archiveChanged);
+    zip.Open(path);
+    Add("c", "c");
+    EXPECT_EQ(ZipCause([&] { zip.AddNewFile(path + L".1.tmp", L"t"); }), CZipException::badArgument);
+    ASSERT_TRUE(fileSetLastWriteDate(path, CTime(2022, 6, 5, 4, 3, 1)));
+    EXPECT_EQ(ZipCause([&] { zip.Close(); }), CZipException::archiveChanged);
+    EXPECT_EQ(folder.Read("pack.zip"), before);
 }
 
 TEST_F(ZipWriteTest, ArchivesThatMayNotBeChangedSaySo)

@@ -119,6 +119,10 @@ bool CopyBytes(HANDLE from, ULONGLONG offset, HANDLE to, ULONGLONG size, ULONGLO
         done += put;
         if (!written || got == 0)
             return written;
+        if (put < got) { // the next piece would not join on
+            SetLastError(ERROR_DISK_FULL);
+            return false;
+        }
     }
     return true;
 }
