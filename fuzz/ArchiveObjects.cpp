@@ -2,6 +2,7 @@
 // stored loads again and stores the same bytes.
 #include "framework/base/Archive.h"
 #include "framework/base/MemFile.h"
+#include "fuzz/support/Archived.h"
 #include "fuzz/support/Target.h"
 
 #include <set>
@@ -45,13 +46,6 @@ IMPLEMENT_SERIAL(FuzzNode, CObject, VERSIONABLE_SCHEMA | 2)
 IMPLEMENT_SERIAL(FuzzLeaf, FuzzNode, 1)
 
 namespace {
-
-class LengthlessFile : public CMemFile
-{
-public:
-    using CMemFile::CMemFile;
-    ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
-};
 
 std::string Store(const std::vector<FuzzNode*>& nodes)
 {
@@ -120,7 +114,7 @@ void RunArchiveObjects(const std::uint8_t* data, std::size_t size)
         return;
     std::vector<BYTE> bytes(data + 1, data + size);
     CMemFile known(bytes.data(), UINT(bytes.size()));
-    LengthlessFile unknown(bytes.data(), UINT(bytes.size()));
+    vak::fuzz::LengthlessFile unknown(bytes.data(), UINT(bytes.size()));
     CArchive archive((data[0] & 1) != 0 ? &unknown : &known, CArchive::load, (data[0] & 2) != 0 ? 128 : 4096);
     std::vector<FuzzNode*> nodes;
     try {

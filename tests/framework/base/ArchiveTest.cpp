@@ -9,14 +9,6 @@ using namespace vak::test;
 
 namespace {
 
-/// A file that does not know its length, as a pipe.
-class LengthlessFile : public CMemFile
-{
-public:
-    using CMemFile::CMemFile;
-    ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
-};
-
 /// Gives at most three bytes a call.
 class SlowFile : public CMemFile
 {
