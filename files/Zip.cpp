@@ -7,6 +7,7 @@
 
 #include <limits>
 #include <map>
+#include <new>
 #include <set>
 #include <vector>
 
@@ -83,7 +84,7 @@ int CZip::FindFile(LPCWSTR name, int mode, bool fileNameOnly) const
 }
 
 int CZip::FindMatchingFiles(CArray<WORD>& indexes, LPCWSTR pattern, bool fullPath) const
-{
+try {
     indexes.RemoveAll();
     CheckIndexes();
     std::vector<std::size_t> found;
@@ -91,6 +92,8 @@ int CZip::FindMatchingFiles(CArray<WORD>& indexes, LPCWSTR pattern, bool fullPat
     for (const std::size_t index : found)
         indexes.Add(static_cast<WORD>(index));
     return static_cast<int>(found.size());
+} catch (const std::bad_alloc&) {
+    vak::detail::ThrowMemory();
 }
 
 bool CZip::ExtractFile(WORD index, LPCWSTR path, bool fullPath, LPCWSTR newName, DWORD bufferSize)
@@ -123,22 +126,22 @@ bool CZip::AddNewFile(LPCWSTR path, LPCWSTR name, int level)
 }
 
 void CZip::DeleteFiles(const CStringArray& names)
-{
-    std::set<std::size_t> firsts;
-    for (INT_PTR i = 0; i < names.GetSize(); ++i) {
-        const std::size_t index = Find(names[i]);
-        if (index != kNotFound)
-            firsts.insert(index);
-    }
-    // An archive may hold a name twice, and deleting it is not to bring the other one to light.
-    const vak::detail::ZipDirectory& directory = State().directory;
+try {
+    std::set<std::size_t> named;
+    for (INT_PTR i = 0; i < names.GetSize(); ++i)
+        named.insert(Find(names[i]));
+    // An archive of another tool may have a name twice.
+    const vak::detail::ZipDirectory& directory = State().OpenDirectory();
     std::vector<std::size_t> found;
-    for (std::size_t i = 0; !firsts.empty() && i < directory.Count(); ++i) {
-        if (firsts.count(directory.FindFirst(directory.At(i))) != 0)
+    for (std::size_t i = 0; i < directory.Count(); ++i) {
+        const std::size_t first = directory.FindFirst(directory.At(i));
+        if (first != kNotFound && named.count(first) != 0)
             found.push_back(i);
     }
     if (!found.empty())
         Delete(found);
+} catch (const std::bad_alloc&) {
+    vak::detail::ThrowMemory();
 }
 
 /// Where the names stand while pairs are looked at one by one: a later pair sees what the earlier ones will
@@ -204,6 +207,9 @@ int CZip::RenameFiles(CStringArray& oldNames, CStringArray& newNames)
         oldNames.Copy(oldKept);
         newNames.Copy(newKept);
         return indexes.empty() ? 0 : 1;
+    } catch (const std::bad_alloc&) {
+        CZipArchive::Close(zipCloseAfterError);
+        vak::detail::ThrowMemory();
     } catch (...) {
         CZipArchive::Close(zipCloseAfterError);
         throw;

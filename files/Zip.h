@@ -43,7 +43,8 @@ public:
     bool AddNewFile(LPCWSTR path, BOOL fullPath = TRUE, int level = -1);
     /// Adds a file under a chosen name.
     bool AddNewFile(LPCWSTR path, LPCWSTR name, int level = -1);
-    /// Deletes the entries of these names; a name that is not there is passed over.
+    /// Deletes the entries of these names, all of them where a name occurs twice; a name that is not there is
+    /// passed over.
     void DeleteFiles(const CStringArray& names);
     /// Renames entries pairwise. A pair is dropped from both arrays when it would move the entry to another
     /// directory, when the old name is not there, or when the new one is; the rest are renamed. Returns

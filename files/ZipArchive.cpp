@@ -4,6 +4,8 @@
 #include "files/detail/ZipState.h"
 #include "framework/base/SystemFolder.h"
 
+#include <new>
+
 using namespace vak;
 using vak::detail::ThrowZip;
 
@@ -120,8 +122,10 @@ std::size_t CZipArchive::Find(LPCWSTR name, int mode, bool fileNameOnly) const
 }
 
 void CZipArchive::FindMatching(LPCWSTR pattern, bool fullPath, std::vector<std::size_t>& indexes) const
-{
+try {
     State().OpenDirectory().FindMatching(pattern, fullPath, indexes);
+} catch (const std::bad_alloc&) {
+    vak::detail::ThrowMemory();
 }
 
 const detail::ZipEntry& CZipArchive::Checked(std::size_t index) const

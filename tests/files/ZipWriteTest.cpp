@@ -121,7 +121,7 @@ TEST_F(ZipWriteTest, WhatIsAddedToAnArchiveGetsThereWhenItIsClosed)
     EXPECT_EQ(folder.Names().size(), 3u);
 }
 
-TEST_F(ZipWriteTest, NamesThatAreThereTwiceAreReplacedByOne)
+TEST_F(ZipWriteTest, NamesThatAreThereTwiceAreReplacedByOneAndDeletedTogether)
 {
     folder.Write("pack.zip", BuildZip({{"a", "1"}, {"b", "2"}, {"a", "3"}, {"b", "4"}}).bytes);
     zip.Open(path);
@@ -129,6 +129,12 @@ TEST_F(ZipWriteTest, NamesThatAreThereTwiceAreReplacedByOne)
     Add("b", "6");
     zip.Close();
     EXPECT_EQ(ContentsOf(path), (Contents{{"a", "5"}, {"b", "6"}}));
+    folder.Write("pack.zip", BuildZip({{"a", "1"}, {"b", "2"}, {"a", "3"}}).bytes);
+    zip.Open(path);
+    CStringArray names;
+    names.Add(L"a");
+    zip.DeleteFiles(names);
+    EXPECT_EQ(zip.GetCount(), 1);
 }
 
 TEST_F(ZipWriteTest, NamesAreJudgedAndStoredAsNamesAreRead)
