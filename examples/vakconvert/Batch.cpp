@@ -27,12 +27,16 @@ CString Batch::Problem() const
 CString Batch::FolderFor(const Source& source)
 {
     // The same for a subfolder that does not fit.
-    const CString own = source.root + source.folder;
+    const bool isArchived = !source.archive.IsEmpty();
+    const CString own =
+        isArchived ? source.archive.Left(source.archive.ReverseFind(L'\\') + 1) : source.root + source.folder;
     const bool isBelow = m_info.m_dstMode == BATCH_DESTINATION_SUBFOLDER;
     if (isBelow && own.GetLength() + m_info.m_dstFolder.GetLength() >= MAX_PATH)
         return {};
     m_info.m_srcFolder = source.root;
-    return m_info.GetDstFolder(source.path);
+    // What was extracted lies in a temporary folder: its place is the archive's.
+    const bool isPlaced = isArchived && m_info.m_dstMode != BATCH_DESTINATION_FOLDER;
+    return m_info.GetDstFolder(isPlaced ? source.archive : source.path);
 }
 
 bool Batch::TakesResults(const CString& folder) const

@@ -3,11 +3,11 @@
 #include "examples/sdk/ImageParser.h"
 #include "examples/sdk/MeshParser.h"
 #include "examples/sdk/Utf8.h"
+#include "examples/vakconvert/Failure.h"
 #include "examples/vakconvert/WorkFolder.h"
 #include "files/FileIo.h"
 #include "files/FilePath.h"
 #include "files/IoPlugins.h"
-#include "framework/base/Exception.h"
 
 #include <chrono>
 #include <exception>
@@ -40,11 +40,7 @@ CString Run(CFileIo& io, Content& content)
         io.SetIoError(result);
         return result == IO_FILE_SUCCESS ? CString() : io.GetIoErrorTxt();
     } catch (CException* failure) {
-        CString text;
-        failure->GetErrorMessage(text.GetBuffer(512), 512);
-        text.ReleaseBuffer();
-        failure->Delete();
-        return text.IsEmpty() ? CString(L"the plug-in failed") : text;
+        return TakeText(failure, L"the plug-in failed");
     } catch (const std::exception& failure) {
         return L"the plug-in failed: " + FromUtf8(failure.what());
     } catch (...) {
@@ -158,7 +154,7 @@ Outcome Convert(const Source& source, const Target& target, const CString& desti
 {
     const auto start = std::chrono::steady_clock::now();
     Outcome outcome;
-    outcome.source = source.folder + fileStripPath(source.path);
+    outcome.source = ShownName(source);
     ConvertInto(source, target, destination, stems, names, outcome);
     outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return outcome;

@@ -1,9 +1,11 @@
+#include "examples/vakconvert/Archives.h"
 #include "examples/vakconvert/Batch.h"
 #include "examples/vakconvert/Console.h"
 #include "examples/vakconvert/Conversion.h"
 #include "examples/vakconvert/Listing.h"
 #include "examples/vakconvert/ModelTree.h"
 #include "examples/vakconvert/Report.h"
+#include "examples/vakconvert/ResultArchive.h"
 #include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Settings.h"
 #include "examples/vakconvert/TemplateWindow.h"
@@ -95,9 +97,11 @@ Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, Nam
                    ResultNames& names)
 {
     Outcome outcome;
-    outcome.source = source.folder + fileStripPath(source.path);
+    outcome.source = ShownName(source);
     const CString destination = batch.FolderFor(source);
-    if (target == nullptr)
+    if (!source.failure.IsEmpty())
+        outcome.failure = source.failure;
+    else if (target == nullptr)
         outcome.failure = L"no target for its kind";
     else if (destination.IsEmpty())
         outcome.failure = L"the path of its result would be too long";
@@ -119,9 +123,9 @@ PassedOver ConvertSources(const Console& console, const Settings& settings,
     ResultNames names(sources, settings.overwrite);
     for (std::size_t i = 0; i < sources.size(); ++i) {
         const Source& source = sources[i];
-        console.ShowProgress(i, sources.size(), source.path);
+        console.ShowProgress(i, sources.size(), FullName(source));
         const Target* target = TargetOf(source, targets);
-        if (target == nullptr && !source.named)
+        if (target == nullptr && !source.named && source.failure.IsEmpty())
             ++passedOver.others;
         else
             facts.outcomes.push_back(ConvertOne(source, target, batch, stems, names));
@@ -134,9 +138,12 @@ PassedOver ConvertSources(const Console& console, const Settings& settings,
 int ConvertAll(const Console& console, const Settings& settings)
 {
     std::vector<Target> targets;
-    Batch batch(settings);
+    const ResultArchive archive(settings);
+    Batch batch(archive.Placed());
     const Report report(settings);
-    CString problem = batch.Problem();
+    CString problem = archive.Problem();
+    if (problem.IsEmpty())
+        problem = batch.Problem();
     if (problem.IsEmpty())
         problem = report.Problem();
     if (problem.IsEmpty())
@@ -145,8 +152,9 @@ int ConvertAll(const Console& console, const Settings& settings)
         console.PrintError(L"vakconvert: " + problem + L"\n");
         return kWrongCall;
     }
+    Archives archives;
     std::vector<CString> problems;
-    std::vector<Source> sources = FindSources(settings, batch, problems);
+    std::vector<Source> sources = FindSources(settings, batch, archives, problems);
     for (const CString& text : problems)
         console.PrintError(L"vakconvert: " + text + L"\n");
 
@@ -155,8 +163,11 @@ int ConvertAll(const Console& console, const Settings& settings)
     facts.date = CTime::GetCurrentTime();
     facts.destination = settings.destination;
     const PassedOver passedOver = ConvertSources(console, settings, targets, batch, sources, facts);
+    const CString collected = archive.Make(facts.outcomes);
     facts.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     const int result = Summarise(console, facts.outcomes, passedOver);
+    if (!collected.IsEmpty())
+        console.Print(L"archive: " + collected + L"\n");
     const bool isReported = report.Write(facts, console);
     return problems.empty() && isReported ? result : kFailed;
 }

@@ -1,6 +1,7 @@
 #include "examples/vakconvert/ModelTree.h"
 
 #include "core/RGBColor.h"
+#include "examples/vakconvert/Archives.h"
 #include "examples/vakconvert/Batch.h"
 #include "examples/vakconvert/Conversion.h"
 #include "examples/vakconvert/Sources.h"
@@ -251,17 +252,18 @@ CString LinesFromArchive(ModelTree& tree)
 int ShowModels(const Console& console, const Settings& settings)
 {
     std::vector<CString> problems;
-    const std::vector<Source> sources = FindSources(settings, Batch(settings), problems);
+    Archives archives;
+    const std::vector<Source> sources = FindSources(settings, Batch(settings), archives, problems);
     ModelTree tree;
     for (const Source& source : sources) {
-        if (!source.named && (fileGetKindOf(source.path) & kIoPlugin3D) == 0)
+        if (source.failure.IsEmpty() && !source.named && (fileGetKindOf(source.path) & kIoPlugin3D) == 0)
             continue;
         Mesh mesh;
-        const CString failure = LoadModel(source.path, mesh);
+        const CString failure = source.failure.IsEmpty() ? LoadModel(source.path, mesh) : source.failure;
         if (failure.IsEmpty())
-            tree.AddModel(source.folder + fileStripPath(source.path), mesh);
+            tree.AddModel(ShownName(source), mesh);
         else
-            problems.push_back(source.path + L": " + failure);
+            problems.push_back(FullName(source) + L": " + failure);
     }
     console.Print(tree.IsEmpty() ? CString(L"no models to show\n") : LinesFromArchive(tree));
     for (const CString& problem : problems)

@@ -67,6 +67,7 @@ struct PathOption
 
 constexpr PathOption kPaths[] = {
     {L"--preferences", &Settings::preferences},
+    {L"--zip", &Settings::zip},
     {L"--report", &Settings::report},
     {L"--report-out", &Settings::reportOut},
     {L"--edit-template", &Settings::editTemplate},
@@ -130,14 +131,15 @@ bool TakeValue(const CString& name, const CString& value, Settings& settings, CS
 /// Whether the rules for the results go together.
 CString CheckDestination(const Settings& settings)
 {
-    const bool hasFolder = !settings.destination.IsEmpty();
-    const int places = settings.beside + hasFolder + !settings.subfolder.IsEmpty();
+    const bool hasFolder = !settings.destination.IsEmpty() || !settings.zip.IsEmpty();
+    const int places = settings.beside + !settings.destination.IsEmpty() + !settings.zip.IsEmpty() +
+                       !settings.subfolder.IsEmpty();
     if (places > 1)
-        return L"results go to one place: --dest, --subfolder or --beside";
+        return L"results go to one place: --dest, --zip, --subfolder or --beside";
     if (settings.recreateTree && settings.flat)
         return L"--recreate-tree and --flat exclude each other";
     if ((settings.recreateTree || settings.flat) && !hasFolder)
-        return L"--recreate-tree and --flat are about a destination folder (--dest)";
+        return L"--recreate-tree and --flat are about a destination folder or archive (--dest, --zip)";
     return {};
 }
 
@@ -145,7 +147,8 @@ CString CheckDestination(const Settings& settings)
 bool WantsResults(const Settings& settings)
 {
     const bool hasPlace = settings.beside || settings.recreateTree || settings.flat ||
-                          !settings.destination.IsEmpty() || !settings.subfolder.IsEmpty();
+                          !settings.destination.IsEmpty() || !settings.zip.IsEmpty() ||
+                          !settings.subfolder.IsEmpty();
     const bool hasReport = !settings.report.IsEmpty() || !settings.reportOut.IsEmpty();
     return hasPlace || hasReport || !settings.targets.empty() || !settings.name.IsEmpty() ||
            !settings.options.empty();
@@ -210,10 +213,13 @@ CString UsageText()
            L"  vakconvert --to KIND [--to KIND] [options] SOURCE...\n"
            L"  vakconvert --tree [-r] SOURCE...\n"
            L"\n"
-           L"  SOURCE               a file, a folder, or a pattern such as models\\*.obj\n"
+           L"  SOURCE               a file, a folder, or a pattern such as models\\*.obj; archives are "
+           L"folders:\n"
+           L"                       pack.zip, pack.zip\\models, pack.zip\\models\\*.obj\n"
            L"  -t, --to KIND        extension to convert to; one for models and one for images may be given\n"
            L"  -r, --recurse        visits the folders below as well\n"
            L"  -d, --dest FOLDER    where results go, below it in the folders of their sources\n"
+           L"      --zip ARCHIVE    collects the results in a new archive, as --dest does in a folder\n"
            L"      --recreate-tree  with --dest: visits the folders below and rebuilds them there\n"
            L"      --flat           with --dest: all results in that folder itself\n"
            L"  -s, --subfolder NAME results go to this folder below each source's own\n"

@@ -16,6 +16,7 @@ struct Settings
     std::vector<CString> sources;
     std::vector<CString> targets; ///< extensions with their dots, lower-case
     CString destination;          ///< absolute and slash-terminated; empty: none
+    CString zip;                  ///< the archive that takes the results, absolute; empty: none
     CString subfolder;            ///< relative, without "." and ".."; empty: none
     CString name;                 ///< the template of the results' names; empty: those of the sources
     CString report;               ///< the template of the report, absolute; empty: no report is wanted

@@ -1,6 +1,7 @@
 #include "examples/vakconvert/Sources.h"
 
 #include "core/HashTable.h"
+#include "examples/vakconvert/Archives.h"
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
 #include "files/IoFile.h"
@@ -17,20 +18,40 @@ public:
 
     void AddNamed(const CString& path)
     {
-        if (Add({path, path.Left(path.ReverseFind(L'\\') + 1), L"", true}))
+        Source source;
+        source.path = path;
+        source.root = path.Left(path.ReverseFind(L'\\') + 1);
+        source.named = true;
+        AddFound(source);
+    }
+
+    /// A source that was found before may be named now.
+    void AddFound(const Source& source)
+    {
+        if (Add(source) || !source.named)
             return;
         for (Source& known : m_found)
-            known.named = known.named || known.path.CompareNoCase(path) == 0;
+            known.named = known.named || known.path.CompareNoCase(source.path) == 0;
+    }
+
+    /// False when nothing was found; `problem` is why, if there is a reason.
+    bool AddArchived(Archives& archives, const CString& archive, const CString& inner, CString& problem)
+    {
+        std::vector<Source> found;
+        problem = archives.Find(archive, inner, m_recurse, found);
+        for (const Source& source : found)
+            AddFound(source);
+        return problem.IsEmpty() && !found.empty();
     }
 
     void AddFolder(const CString& root, const CString& below, const CString& pattern)
     {
         std::vector<CString> files;
         std::vector<CString> folders;
-        List(root + below, files, folders);
+        ListFolder(root + below, files, folders);
         for (const CString& name : files) {
             if (fileMatchWilcards(name, pattern, 0))
-                Add({root + below + name, root, below, false});
+                Add({root + below + name, root, below, false, {}, {}, {}});
         }
         if (!m_recurse)
             return;
@@ -53,23 +74,6 @@ private:
         return true;
     }
 
-    static void List(const CString& folder, std::vector<CString>& files, std::vector<CString>& folders)
-    {
-        IoFile search;
-        CString name;
-        int matched = 0;
-        for (int more = search.FindFileOpen(folder + L"*.*", L""); more;) {
-            more = search.FindFileNext(name, matched, 1);
-            if (!more || name.IsEmpty())
-                break;
-            (fileIsDirectory(folder + name, 1) ? folders : files).push_back(name);
-        }
-        search.FindFileClose();
-        const auto before = [](const CString& a, const CString& b) { return a.CompareNoCase(b) < 0; };
-        std::sort(files.begin(), files.end(), before);
-        std::sort(folders.begin(), folders.end(), before);
-    }
-
     bool m_recurse;
     const Batch& m_batch;
     CHashTable<CString> m_seen;
@@ -78,12 +82,48 @@ private:
 
 } // namespace
 
-std::vector<Source> FindSources(const Settings& settings, const Batch& batch, std::vector<CString>& problems)
+CString ShownName(const Source& source)
+{
+    const bool isArchived = !source.archive.IsEmpty();
+    return isArchived ? fileStripPath(source.archive) + L"\\" + source.entry
+                      : source.folder + fileStripPath(source.path);
+}
+
+CString FullName(const Source& source)
+{
+    return source.archive.IsEmpty() ? source.path : source.archive + L"\\" + source.entry;
+}
+
+void ListFolder(const CString& folder, std::vector<CString>& files, std::vector<CString>& folders)
+{
+    IoFile search;
+    CString name;
+    int matched = 0;
+    for (int more = search.FindFileOpen(folder + L"*.*", L""); more;) {
+        more = search.FindFileNext(name, matched, 1);
+        if (!more || name.IsEmpty())
+            break;
+        (fileIsDirectory(folder + name, 1) ? folders : files).push_back(name);
+    }
+    search.FindFileClose();
+    const auto before = [](const CString& a, const CString& b) { return a.CompareNoCase(b) < 0; };
+    std::sort(files.begin(), files.end(), before);
+    std::sort(folders.begin(), folders.end(), before);
+}
+
+std::vector<Source> FindSources(const Settings& settings, const Batch& batch, Archives& archives,
+                                std::vector<CString>& problems)
 {
     Search search(settings.recurse, batch);
     for (const CString& source : settings.sources) {
         const std::size_t before = search.Count();
-        if (source.FindOneOf(L"*?") >= 0) {
+        CString archive = source;
+        CString inner;
+        CString problem;
+        if (Archives::Split(archive, inner)) {
+            if (search.AddArchived(archives, archive, inner, problem))
+                continue;
+        } else if (source.FindOneOf(L"*?") >= 0) {
             const int slash = source.ReverseFind(L'\\');
             search.AddFolder(source.Left(slash + 1), L"", source.Mid(slash + 1));
         } else if (fileIsDirectory(source, 1)) {
@@ -98,7 +138,7 @@ std::vector<Source> FindSources(const Settings& settings, const Batch& batch, st
             continue;
         }
         if (search.Count() == before)
-            problems.push_back(source + L": nothing found");
+            problems.push_back(source + L": " + (problem.IsEmpty() ? CString(L"nothing found") : problem));
     }
     return search.Take();
 }

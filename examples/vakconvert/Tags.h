@@ -30,7 +30,7 @@ struct RunFacts
 {
     CTime date; ///< when it began
     double seconds = 0;
-    CString destination; ///< slash-terminated; empty: the results lie in folders of their sources
+    CString destination; ///< slash-terminated; empty: the results lie beside their sources or in an archive
     std::size_t passedOver = 0;
     std::vector<Outcome> outcomes;
 };
