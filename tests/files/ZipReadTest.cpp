@@ -1,34 +1,18 @@
-#include "files/Zip.h"
-
 #include "framework/base/Time.h"
-#include "tests/support/Print.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/ZipBuilder.h"
 #include "tests/support/ZipContents.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace vak::test;
+using E = CZipException;
+
+using ZipReadTest = ZipFixture;
 
 namespace {
-
-class ZipReadTest : public testing::Test
-{
-protected:
-    CString Write(const BuiltZip& built) { return folder.Write("pack.zip", built.bytes); }
-    void Open(const BuiltZip& built)
-    {
-        zip.Close();
-        zip.Open(Write(built), CZip::zipOpenReadOnly);
-    }
-    TempFolder folder;
-    CZip zip;
-};
-
-const std::string kText(100000, 't');
 
 /// A directory and two files.
 const std::vector<ZipSpec> kThree = {
@@ -39,9 +23,8 @@ const std::vector<ZipSpec> kThree = {
 TEST_F(ZipReadTest, AnArchiveIsClosedBeforeOpeningAndAfterClosing)
 {
     EXPECT_TRUE(zip.IsClosed());
-    EXPECT_EQ(ZipCause([&] { zip.GetCount(); }), CZipException::isClosed);
-    const CString path = Write(BuildZip(kThree));
-    zip.Open(path);
+    EXPECT_EQ(ZipCause([&] { zip.GetCount(); }), E::isClosed);
+    Open(BuildZip(kThree));
     EXPECT_FALSE(zip.IsClosed());
     EXPECT_FALSE(zip.IsReadOnly());
     EXPECT_EQ(zip.GetArchivePath(), path);
@@ -49,7 +32,7 @@ TEST_F(ZipReadTest, AnArchiveIsClosedBeforeOpeningAndAfterClosing)
     EXPECT_TRUE(zip.IsReadOnly());
     zip.Close();
     EXPECT_TRUE(zip.IsClosed());
-    EXPECT_EQ(ZipCause([&] { zip.Open(folder.Path("none.zip")); }), CZipException::systemError);
+    EXPECT_EQ(ZipCause([&] { zip.Open(folder.Path("none.zip")); }), E::systemError);
     EXPECT_TRUE(zip.IsClosed());
 }
 
@@ -61,11 +44,10 @@ TEST_F(ZipReadTest, EntriesAreListedInTheDirectorysOrder)
     EXPECT_EQ(zip.GetComment(), L"no comment");
     CZipHeader header;
     ASSERT_TRUE(zip.GetFileInfo(header, 1));
+    EXPECT_FALSE(zip.GetFileInfo(header, 3));
     EXPECT_EQ(header.GetFileName(), L"models\\Car.obj");
     EXPECT_EQ(header.GetUncompressedSize(), 7u);
     EXPECT_EQ(CTime(header.GetTime()).Format(L"%Y-%m-%d %H:%M:%S"), L"2025-03-15 13:37:10");
-    EXPECT_FALSE(zip.GetFileInfo(header, 3));
-    EXPECT_EQ(header.GetFileName(), L"models\\Car.obj");
 }
 
 TEST_F(ZipReadTest, EntriesAreFoundByNameByFileNameAndByPattern)
@@ -109,6 +91,7 @@ TEST_F(ZipReadTest, EveryFormOfASoundArchiveIsRead)
     };
     const std::string narrow = Little(Crc("data"), 4) + Little(4, 4) + Little(4, 4);
     const std::string wide = Little(Crc("data"), 4) + Little(4, 8) + Little(4, 8);
+    const Contents wanted = {{"a", "data"}, {"last", "end"}};
     const struct
     {
         ZipSpec spec;
@@ -134,28 +117,22 @@ TEST_F(ZipReadTest, EveryFormOfASoundArchiveIsRead)
         {plain, {.behind = std::string(70000, 'x')}},
     };
     for (const auto& form : forms) {
-        SCOPED_TRACE(&form - forms);
         Open(BuildZip({form.spec, {"last", "end"}}, form.shape));
-        EXPECT_EQ(zip.GetCount(), 2);
-        EXPECT_EQ(DataOf(zip, 0), "data");
-        EXPECT_EQ(DataOf(zip, 1), "end");
+        EXPECT_EQ(ContentsOf(zip), wanted) << &form - forms;
     }
 }
 
 TEST_F(ZipReadTest, Zip64FieldsStandForSizesAndOffset)
 {
-    BuiltZip built = BuildZip({{.name = "a",
-                                .data = "data",
-                                .extra = Extra(1, Little(4, 8) + Little(4, 8)),
-                                .localExtra = Extra(1, Little(4, 8) + Little(4, 8))},
+    const std::string sizes = Extra(1, Little(4, 8) + Little(4, 8));
+    BuiltZip built = BuildZip({{.name = "a", .data = "data", .extra = sizes, .localExtra = sizes},
                                {.name = "b", .data = "1", .extra = Extra(1, Little(55, 8))}});
     for (const std::size_t at : {built.local[0] + 18, built.central[0] + 20})
         built.Put(at, ~std::uint64_t{0}, 8);
     ASSERT_EQ(built.local[1], 55u);
     built.Put(built.central[1] + 42, 0xFFFFFFFF, 4);
     Open(built);
-    EXPECT_EQ(DataOf(zip, 0), "data");
-    EXPECT_EQ(DataOf(zip, 1), "1");
+    EXPECT_EQ(ContentsOf(zip), (Contents{{"a", "data"}, {"b", "1"}}));
 }
 
 TEST_F(ZipReadTest, WhatDoesNotFitTheInterfaceIsRefusedWhereItIsAskedFor)
@@ -166,7 +143,7 @@ TEST_F(ZipReadTest, WhatDoesNotFitTheInterfaceIsRefusedWhereItIsAskedFor)
     CZipHeader header;
     ASSERT_TRUE(zip.GetFileInfo(header, 0));
     EXPECT_EQ(header.GetLength(), 5'000'000'000u);
-    EXPECT_EQ(ZipCause([&] { header.GetUncompressedSize(); }), CZipException::tooLarge);
+    EXPECT_EQ(ZipCause([&] { header.GetUncompressedSize(); }), E::tooLarge);
 
     std::vector<ZipSpec> specs(65536, {"x", ""});
     Open(BuildZip(specs)); // a tool without zip64: the record says 0
@@ -175,8 +152,8 @@ TEST_F(ZipReadTest, WhatDoesNotFitTheInterfaceIsRefusedWhereItIsAskedFor)
     Open(BuildZip(specs, {.zip64 = true}));
     EXPECT_EQ(zip.GetEntryCount(), 65537u);
     EXPECT_EQ(zip.Find(L"y"), 65536u);
-    EXPECT_EQ(ZipCause([&] { zip.GetCount(); }), CZipException::tooManyEntries);
-    EXPECT_EQ(ZipCause([&] { zip.FindFile(L"y"); }), CZipException::tooManyEntries);
+    EXPECT_EQ(ZipCause([&] { zip.GetCount(); }), E::tooManyEntries);
+    EXPECT_EQ(ZipCause([&] { zip.FindFile(L"y"); }), E::tooManyEntries);
 }
 
 TEST_F(ZipReadTest, ExtractingMakesFoldersNamesAndTimes)
@@ -209,36 +186,28 @@ TEST_F(ZipReadTest, AFileInTheWayIsReplacedOnlyByRightData)
     folder.Write("out/bad", "the old file");
     EXPECT_TRUE(zip.ExtractFile(0, folder.Path("out")));
     EXPECT_EQ(folder.Read("out/a"), "new");
-    EXPECT_EQ(ZipCause([&] { zip.ExtractFile(1, folder.Path("out")); }), CZipException::crcMismatch);
+    EXPECT_EQ(ZipCause([&] { zip.ExtractFile(1, folder.Path("out")); }), E::crcMismatch);
     EXPECT_EQ(folder.Read("out/bad"), "the old file");
     EXPECT_EQ(folder.Names().size(), 4u); // nothing temporary stays
-}
-
-TEST_F(ZipReadTest, AFailedExtractionClosesTheArchiveAndReopeningGoesOn)
-{
-    BuiltZip built = BuildZip({{"bad", "damaged"}, {"good", "sound"}});
-    built.bytes[built.local[0] + 34] ^= 1;
-    Open(built);
-    EXPECT_EQ(ZipCause([&] { zip.ExtractFile(0, folder.Path("out")); }), CZipException::crcMismatch);
+    // The failure has closed the archive, and reopening goes on.
     EXPECT_TRUE(zip.IsClosed());
-    zip.Open(zip.GetArchivePath(), CZip::zipOpenReadOnly);
-    EXPECT_EQ(DataOf(zip, 1), "sound");
+    zip.Open(zip.GetArchivePath());
+    EXPECT_EQ(DataOf(zip, 0), "new");
     // What was kept of the archive is not used when its file is another.
     zip.Close(CZip::zipCloseAfterError);
     Open(BuildZip({{"other", "archive"}}));
-    EXPECT_EQ(zip.GetCount(), 1);
-    EXPECT_EQ(zip.FindFile(L"other"), 0);
+    EXPECT_EQ(ContentsOf(zip), (Contents{{"other", "archive"}}));
 }
 
 TEST_F(ZipReadTest, LongEntriesPassThroughEveryBufferSize)
 {
-    const std::string text = kText.substr(0, 65535);
-    Open(BuildZip({{"stored", kText}, {"deflated", text, true}}));
+    const std::string text = Noise(65535);
+    Open(BuildZip({{"stored", text + text}, {"deflated", text, true}}));
     for (const DWORD size : {0u, 5000u, 65536u, 0xFFFFFFFFu}) {
         for (const WORD index : {0, 1})
             EXPECT_TRUE(zip.ExtractFile(index, folder.Path("out"), true, nullptr, size));
-        EXPECT_EQ(folder.Read("out/stored"), kText);
-        EXPECT_EQ(folder.Read("out/deflated"), text);
+        EXPECT_TRUE(folder.Read("out/stored") == text + text);
+        EXPECT_TRUE(folder.Read("out/deflated") == text);
     }
 }
 
@@ -250,24 +219,18 @@ TEST_F(ZipReadTest, LimitsAreAskedBeforeAnythingIsWritten)
         return ZipCause([this] { zip.Test(1); });
     };
     EXPECT_TRUE(zip.ExtractFile(0, folder.Path("out")));
-    EXPECT_EQ(refusal({.maxTotal = 1999}), CZipException::limitTotal);
-    EXPECT_EQ(refusal({.maxEntry = 999}), CZipException::limitSize);
-    EXPECT_EQ(refusal({.maxRatio = 1, .ratioFloor = 999}), CZipException::limitRatio);
+    EXPECT_EQ(refusal({.maxTotal = 1999}), E::limitTotal);
+    EXPECT_EQ(refusal({.maxEntry = 999}), E::limitSize);
+    EXPECT_EQ(refusal({.maxRatio = 1, .ratioFloor = 999}), E::limitRatio);
     // Many small entries are as bad as a large one.
-    EXPECT_EQ(refusal({.maxRatio = 1, .ratioFloor = 1999}), CZipException::limitRatio);
+    EXPECT_EQ(refusal({.maxRatio = 1, .ratioFloor = 1999}), E::limitRatio);
     EXPECT_EQ(refusal({.maxTotal = 2000, .maxRatio = 1, .ratioFloor = 2000}), -1);
 }
 
 TEST(ZipPathTest, APathThroughAnArchiveIsSplitBehindIt)
 {
     // What is split, with or without a final backslash, and the archive and what is inside it; null: none.
-    const struct
-    {
-        const wchar_t* path;
-        bool slash;
-        const wchar_t* archive;
-        const wchar_t* inner;
-    } rows[] = {
+    const std::tuple<CString, bool, const wchar_t*, const wchar_t*> rows[] = {
         {L"C:\\dir\\pack.zip\\models\\car", false, L"C:\\dir\\pack.zip", L"models\\car"},
         {L"C:\\dir\\PACK.ZIP\\models\\", true, L"C:\\dir\\PACK.ZIP\\", L"models\\"},
         {L"pack.zip", false, L"pack.zip", L""},
@@ -276,12 +239,11 @@ TEST(ZipPathTest, APathThroughAnArchiveIsSplitBehindIt)
         {L"C:\\my.zips\\pack.zip\\a", false, nullptr, nullptr},
         {L"C:\\dir\\pack.rar\\a", false, nullptr, nullptr},
     };
-    for (const auto& row : rows) {
-        CString path = row.path;
+    for (const auto& [whole, slash, archive, inside] : rows) {
+        CString path = whole;
         CString inner = L"before";
-        const bool splits = row.archive != nullptr;
-        EXPECT_EQ(CZip::ExtractDirInfo(path, inner, row.slash), splits);
-        EXPECT_EQ(path, splits ? row.archive : row.path);
-        EXPECT_EQ(inner, splits ? row.inner : L"before");
+        EXPECT_EQ(CZip::ExtractDirInfo(path, inner, slash), archive != nullptr);
+        EXPECT_EQ(path, archive != nullptr ? CString(archive) : whole);
+        EXPECT_EQ(inner, archive != nullptr ? inside : L"before");
     }
 }

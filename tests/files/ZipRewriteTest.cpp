@@ -1,8 +1,4 @@
-#include "files/Zip.h"
 #include "tests/support/FaultyFile.h"
-#include "tests/support/Print.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/ZipBuilder.h"
 #include "tests/support/ZipChanges.h"
 #include "tests/support/ZipContents.h"
 
@@ -14,35 +10,9 @@
 
 using namespace vak::test;
 
+using ZipRewriteTest = ZipFixture;
+
 namespace {
-
-struct Names : CStringArray
-{
-    explicit Names(const std::vector<const wchar_t*>& names)
-    {
-        for (const wchar_t* const name : names)
-            Add(name);
-    }
-};
-
-class ZipRewriteTest : public testing::Test
-{
-protected:
-    void Prepare(const BuiltZip& built)
-    {
-        zip.Close();
-        folder.Write("pack.zip", built.bytes);
-        zip.Open(path);
-    }
-    void Add(const std::string& name, const std::string& data)
-    {
-        zip.AddNewFile(folder.Write("in/file", data), CString(name.c_str()).GetString());
-    }
-
-    TempFolder folder;
-    const CString path = folder.Path("pack.zip");
-    CZip zip;
-};
 
 /// What other tools may put into an archive, with nothing that this library would write so itself.
 const ZipSpec kForeign = {.name = "b/foreign",
@@ -64,8 +34,8 @@ TEST_F(ZipRewriteTest, WhatBelongsToKeptEntriesStaysByteForByte)
     const std::string stub = "MZ a program in front";
     const BuiltZip built = BuildZip({{"a", "first"}, kForeign, {"c", "last", true}},
                                     {.front = stub, .comment = "about\r\nit", .behind = "nobody's"});
-    Prepare(built);
-    zip.DeleteFiles(Names({L"a"}));
+    Open(built);
+    zip.DeleteFiles(ZipNames({L"a"}));
     const std::string bytes = folder.Read("pack.zip");
     const std::string data = built.bytes.substr(built.local[1], built.central[0] - built.local[1]);
     EXPECT_EQ(bytes.substr(0, stub.size() + data.size()), stub + data);
@@ -79,9 +49,9 @@ TEST_F(ZipRewriteTest, WhatBelongsToKeptEntriesStaysByteForByte)
 
 TEST_F(ZipRewriteTest, ARenamedEntryKeepsAllButItsName)
 {
-    Prepare(BuildZip({{"a", "first"}, kForeign, {"c", "last"}}));
-    Names from({L"b/foreign"});
-    Names to({L"b\\\x65E5"});
+    Open(BuildZip({{"a", "first"}, kForeign, {"c", "last"}}));
+    ZipNames from({L"b/foreign"});
+    ZipNames to({L"b\\\x65E5"});
     EXPECT_NE(zip.RenameFiles(from, to), 0);
     EXPECT_EQ(ContentsOf(path),
               (Contents{{"a", "first"}, {"b/\xE6\x97\xA5", "deflated by another"}, {"c", "last"}}));
@@ -98,7 +68,7 @@ TEST_F(ZipRewriteTest, PairsThatMayNotBeRenamedAreDropped)
     const struct
     {
         const char* what;
-        std::vector<const wchar_t*> from, to, fromKept, toKept;
+        std::vector<CString> from, to, fromKept, toKept;
         int result;
     } rows[] = {
         {"nothing", {}, {}, {}, {}, 0},
@@ -111,19 +81,17 @@ TEST_F(ZipRewriteTest, PairsThatMayNotBeRenamedAreDropped)
         {"same", {L"x"}, {L"x"}, {}, {}, 0},
     };
     for (const auto& row : rows) {
-        Prepare(BuildZip({{"d/a", "1"}, {"d/b", "2"}, {"x", "3"}}));
-        Names from(row.from);
-        Names to(row.to);
+        Open(BuildZip({{"d/a", "1"}, {"d/b", "2"}, {"x", "3"}}));
+        ZipNames from(row.from);
+        ZipNames to(row.to);
         EXPECT_EQ(zip.RenameFiles(from, to), row.result) << row.what;
-        ASSERT_EQ(from.GetSize(), static_cast<INT_PTR>(row.fromKept.size())) << row.what;
-        ASSERT_EQ(to.GetSize(), static_cast<INT_PTR>(row.toKept.size())) << row.what;
-        for (std::size_t i = 0; i < row.fromKept.size(); ++i)
-            EXPECT_EQ(from[static_cast<INT_PTR>(i)], row.fromKept[i]) << row.what;
+        EXPECT_EQ(std::vector<CString>(from.GetData(), from.GetData() + from.GetSize()), row.fromKept);
+        EXPECT_EQ(std::vector<CString>(to.GetData(), to.GetData() + to.GetSize()), row.toKept) << row.what;
         EXPECT_EQ(ContentsOf(path).size(), 3u) << row.what;
     }
     EXPECT_EQ(ContentsOf(path), (Contents{{"d/a", "1"}, {"d/b", "2"}, {"x", "3"}}));
-    Names from({L"x"});
-    Names to({L"nul"});
+    ZipNames from({L"x"});
+    ZipNames to({L"nul"});
     EXPECT_EQ(ZipCause([&] { zip.RenameFiles(from, to); }), CZipException::nameDevice);
     EXPECT_TRUE(zip.IsClosed());
 }
@@ -132,12 +100,14 @@ TEST_F(ZipRewriteTest, DeletingTakesEveryEntryOfTheNameAndDamagedOnes)
 {
     BuiltZip built = BuildZip({{"a", "1"}, {"b", "2"}, {"a", "3"}, {"c", "4"}});
     built.Put(built.central[3] + 42, 0x7FFFFFFF, 4);
-    Prepare(built);
-    EXPECT_EQ(ZipCause([&] { zip.DeleteFiles(Names({L"a"})); }), CZipException::dataOffset);
+    Open(built);
+    EXPECT_EQ(ZipCause([&] { zip.DeleteFiles(ZipNames({L"a"})); }), CZipException::dataOffset);
     EXPECT_EQ(folder.Read("pack.zip"), built.bytes);
-    zip.DeleteFiles(Names({L"a", L"c"}));
+    zip.Close();
+    zip.Open(path); // deleting is the first that reads the directory
+    zip.DeleteFiles(ZipNames({L"a", L"c"}));
     EXPECT_EQ(ContentsOf(path), (Contents{{"b", "2"}}));
-    zip.DeleteFiles(Names({L"b"}));
+    zip.DeleteFiles(ZipNames({L"b"}));
     EXPECT_EQ(zip.GetCount(), 0);
     Add("e", "5");
     zip.Close();
@@ -150,25 +120,19 @@ TEST_F(ZipRewriteTest, AddingDeletingAndRenamingAgreeWithAMap)
     std::mt19937 random(20);
     const auto below = [&random](std::size_t count) { return random() % count; };
     Contents model;
-    zip.Open(path, CZip::zipCreate);
+    Create();
     for (int step = 0; step < 400; ++step) {
         const std::string name = "d/" + std::to_string(below(30));
         const std::string other = "d/" + std::to_string(below(30));
         switch (below(10)) {
-        case 0: {
-            CStringArray names;
-            names.Add(CString(name.c_str()));
-            names.Add(CString(other.c_str()));
-            zip.DeleteFiles(names);
+        case 0:
+            zip.DeleteFiles(ZipNames({CString(name.c_str()), CString(other.c_str())}));
             model.erase(name);
             model.erase(other);
             break;
-        }
         case 1: {
-            CStringArray from;
-            CStringArray to;
-            from.Add(CString(name.c_str()));
-            to.Add(CString(other.c_str()));
+            ZipNames from({CString(name.c_str())});
+            ZipNames to({CString(other.c_str())});
             const bool may = model.count(name) != 0 && model.count(other) == 0;
             EXPECT_EQ(zip.RenameFiles(from, to) != 0, may);
             if (may)
@@ -185,9 +149,7 @@ TEST_F(ZipRewriteTest, AddingDeletingAndRenamingAgreeWithAMap)
         }
         ASSERT_EQ(zip.GetEntryCount(), model.size()) << step;
         ASSERT_EQ(zip.FindFile(CString(name.c_str())) >= 0, model.count(name) != 0) << step;
-        if (step % 20 == 0) {
-            ASSERT_EQ(ContentsOf(zip), model) << step;
-        }
+        ASSERT_TRUE(step % 20 != 0 || ContentsOf(zip) == model) << step;
     }
     zip.Close();
     EXPECT_EQ(ContentsOf(path), model);
@@ -220,10 +182,9 @@ TEST_F(ZipRewriteTest, AnEntryThatFailsLeavesThoseAddedBefore)
     Contents wanted;
     bool happened = true;
     for (int number = 1; happened; ++number) {
-        zip.Open(path, CZip::zipCreate);
-        wanted = {{"a", "1"}, {"b", "2"}, {"z", "3"}};
+        Create();
+        wanted = {{"a", "1"}, {"z", "3"}};
         Add("a", "1");
-        Add("b", "2");
         const CString file = folder.Write("in/large", Noise(700000));
         {
             const FailingSystem failing(number);
@@ -237,5 +198,5 @@ TEST_F(ZipRewriteTest, AnEntryThatFailsLeavesThoseAddedBefore)
         EXPECT_TRUE(ContentsOf(path) == wanted) << number;
         ASSERT_LT(number, 100);
     }
-    EXPECT_EQ(wanted.size(), 4u);
+    EXPECT_EQ(wanted.size(), 3u);
 }

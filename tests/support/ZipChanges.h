@@ -2,7 +2,6 @@
 
 /// Changes of an archive in which a test makes something fail, and what may then be found.
 
-#include "tests/support/TempFolder.h"
 #include "tests/support/ZipContents.h"
 
 #include <algorithm>
@@ -35,16 +34,13 @@ public:
     /// Adds, deletes, adds in place, and renames.
     void Act(CZip& zip)
     {
-        CStringArray from;
-        CStringArray to;
+        ZipNames from({L"c"});
+        ZipNames to({L"cc"});
         zip.Open(m_path);
         zip.AddNewFile(m_new, L"b");
-        from.Add(L"a");
-        zip.DeleteFiles(from);
+        zip.DeleteFiles(ZipNames({L"a"}));
         zip.AddNewFile(m_new, L"d");
         zip.AddNewFile(m_old, L"d");
-        from[0] = L"c";
-        to.Add(L"cc");
         zip.RenameFiles(from, to);
         zip.AddNewFile(m_new, L"e");
         zip.AddNewFile(m_old, L"e");

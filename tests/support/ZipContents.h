@@ -6,9 +6,13 @@
 #include "framework/base/MemFile.h"
 #include "framework/base/SystemText.h"
 #include "tests/support/ArchiveBytes.h"
+#include "tests/support/Print.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/ZipBuilder.h"
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace vak::test {
 
@@ -62,6 +66,36 @@ int ZipCause(Act act)
 {
     return Cause<CZipException>(act);
 }
+
+struct ZipNames : CStringArray
+{
+    explicit ZipNames(const std::vector<CString>& names)
+    {
+        for (const CString& name : names)
+            Add(name);
+    }
+};
+
+/// A folder and an archive "pack.zip" in it.
+class ZipFixture : public testing::Test
+{
+protected:
+    CString Write(const BuiltZip& built) { return folder.Write("pack.zip", built.bytes); }
+    void Open(const BuiltZip& built, int mode = CZip::zipOpen)
+    {
+        zip.Close();
+        zip.Open(Write(built), mode);
+    }
+    void Create() { zip.Open(path, CZip::zipCreate); }
+    void Add(const std::string& name, const std::string& data, int level = -1)
+    {
+        zip.AddNewFile(folder.Write("in/file", data), CString(name.c_str()).GetString(), level);
+    }
+
+    TempFolder folder;
+    const CString path = folder.Path("pack.zip");
+    CZip zip;
+};
 
 /// Bytes that no deflating makes smaller.
 inline std::string Noise(std::size_t size, std::uint32_t seed = 1)

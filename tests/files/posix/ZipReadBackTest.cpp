@@ -1,9 +1,6 @@
 #include "files/ZipArchive.h"
 #include "files/detail/ZipState.h"
 #include "framework/base/SystemFileFault.h"
-#include "tests/support/Print.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/ZipBuilder.h"
 #include "tests/support/ZipChanges.h"
 #include "tests/support/ZipContents.h"
 
@@ -13,74 +10,47 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 using namespace vak::test;
 
 namespace {
 
-/// What a shell command prints; `code` is its exit code.
-std::string Run(const std::string& command, int& code)
-{
-    std::string output;
-    FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
-    char piece[4096];
-    for (std::size_t got; (got = fread(piece, 1, sizeof piece, pipe)) > 0;)
-        output.append(piece, got);
-    code = WEXITSTATUS(pclose(pipe));
-    return output;
-}
-
 /// The tools that judge an archive: "%" stands for its path.
-struct Judge
-{
-    const char* tool;
-    const char* command;
-};
-constexpr Judge kJudges[] = {
+constexpr std::pair<std::string_view, std::string_view> kJudges[] = {
     {"unzip", "unzip -tq %"},
     {"7z", "7z t -bd %"},
-    {"python3",
-     "python3 -W error -c 'import sys, zipfile; z = zipfile.ZipFile(sys.argv[1]); sys.exit(z.testzip() is "
-     "not "
-     "None)' %"},
+    {"python3", "python3 -W error -c 'import sys, zipfile; "
+                "sys.exit(zipfile.ZipFile(sys.argv[1]).testzip() is not None)' %"},
 };
-
-bool IsThere(const char* tool)
-{
-    int code = 1;
-    Run(std::string("command -v ") + tool, code);
-    return code == 0;
-}
 
 /// Every tool of `tools` that is there opens and tests the archive without a word against it.
 void ExpectSound(const TempFolder& folder, const char* name, std::string_view tools = "unzip 7z python3")
 {
-    for (const Judge& judge : kJudges) {
-        if (tools.find(judge.tool) == std::string_view::npos)
+    const auto run = [&folder](const std::string& command) {
+        return std::system(("(" + command + ") > '" + folder.Host("log").string() + "' 2>&1").c_str());
+    };
+    for (const auto& [tool, call] : kJudges) {
+        if (tools.find(tool) == tools.npos)
             continue;
-        if (!IsThere(judge.tool)) {
-            std::cout << "[   NOTE   ] " << judge.tool << " is not there\n";
+        if (run("command -v " + std::string(tool)) != 0) {
+            std::cout << "[   NOTE   ] " << tool << " is not there\n";
             continue;
         }
-        std::string command = judge.command;
+        std::string command(call);
         command.replace(command.find('%'), 1, "'" + folder.Host(name).string() + "'");
-        int code = 1;
-        const std::string output = Run(command, code);
-        EXPECT_EQ(code, 0) << name << ": " << judge.tool << ": " << output;
+        EXPECT_EQ(run(command), 0) << name << ": " << tool << ": " << folder.Read("log");
         for (const char* const word : {"arning", "extra bytes", "ERROR"})
-            EXPECT_EQ(output.find(word), std::string::npos) << name << ": " << output;
+            EXPECT_EQ(folder.Read("log").find(word), std::string::npos) << name << ": " << folder.Read("log");
     }
 }
 
-class ZipReadBackTest : public testing::Test
+class ZipReadBackTest : public ZipFixture
 {
 protected:
-    void Add(const char* name, const std::string& data)
-    {
-        zip.AddNewFile(folder.Write("in/file", data), CString(CStringW(name)).GetString());
-    }
     void AddSome()
     {
         Add("words.txt", Words(500000));
@@ -89,9 +59,6 @@ protected:
         zip.AddNewFile(folder.Path("in/file"), L"\x00E9t\x00E9/\x65E5.txt");
         zip.AddNewFile(folder.Path("in"), L"folder");
     }
-
-    TempFolder folder;
-    CZip zip;
 };
 
 /// An archive that goes over to zip64 records at small numbers.
@@ -105,18 +72,16 @@ public:
 
 TEST_F(ZipReadBackTest, OtherToolsFindNothingWrong)
 {
-    zip.Open(folder.Path("new.zip"), CZip::zipCreate);
+    Create();
     AddSome();
     zip.SetComment(L"a comment");
     zip.Close();
-    ExpectSound(folder, "new.zip");
-    zip.Open(folder.Path("new.zip"));
+    ExpectSound(folder, "pack.zip");
+    zip.Open(path);
     Add("noise", "short now");
-    CStringArray names;
-    names.Add(L"empty");
-    zip.DeleteFiles(names);
+    zip.DeleteFiles(ZipNames({L"empty"}));
     zip.Close();
-    ExpectSound(folder, "new.zip");
+    ExpectSound(folder, "pack.zip");
     folder.Write("front.zip", "#!stub\n" + BuildZip({{"a", "1"}, {"b", "2", true}}).bytes);
     zip.Open(folder.Path("front.zip"));
     Add("c", "3");
@@ -133,13 +98,11 @@ TEST_F(ZipReadBackTest, OtherToolsFindNothingWrong)
 
 TEST_F(ZipReadBackTest, LargeNumbersGoIntoZip64Records)
 {
-    const CString path = folder.Path("wide.zip");
     SmallFormatZip small;
     small.Open(path, CZip::zipCreate);
     Contents wanted;
     const auto add = [&](const char* name, const std::string& data) {
-        small.AddNewFile(folder.Write("in/file", data), CString(name).GetString());
-        wanted[name] = data;
+        small.AddNewFile(folder.Write("in/file", wanted[name] = data), CString(name).GetString());
     };
     add("short", "x");
     add("noise", Noise(200000));
@@ -147,18 +110,16 @@ TEST_F(ZipReadBackTest, LargeNumbersGoIntoZip64Records)
     add("last", "y");
     small.Close();
     EXPECT_EQ(ContentsOf(path), wanted);
-    EXPECT_NE(folder.Read("wide.zip").find("PK\x06\x06"), std::string::npos);
-    ExpectSound(folder, "wide.zip");
+    EXPECT_NE(folder.Read("pack.zip").find("PK\x06\x06"), std::string::npos);
+    ExpectSound(folder, "pack.zip");
     // Entries move across the border where their offsets fit.
     small.Open(path);
-    CStringArray names;
-    names.Add(L"noise");
-    small.DeleteFiles(names);
+    small.DeleteFiles(ZipNames({L"noise"}));
     wanted.erase("noise");
     add("more", Noise(200000));
     small.Close();
     EXPECT_EQ(ContentsOf(path), wanted);
-    ExpectSound(folder, "wide.zip");
+    ExpectSound(folder, "pack.zip");
     folder.Write("front.zip", std::string(2000, '-') + BuildZip({{"a", "1"}, {"b", "2"}}).bytes);
     small.Open(folder.Path("front.zip"));
     small.SetComment(L"moved");
