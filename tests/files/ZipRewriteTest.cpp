@@ -50,8 +50,7 @@ TEST_F(ZipRewriteTest, WhatBelongsToKeptEntriesStaysByteForByte)
 TEST_F(ZipRewriteTest, ARenamedEntryKeepsAllButItsName)
 {
     Open(BuildZip({{"a", "first"}, kForeign, {"c", "last"}}));
-    ZipNames from({L"b/foreign"});
-    ZipNames to({L"b\\\x65E5"});
+    ZipNames from({L"b/foreign"}), to({L"b\\\x65E5"});
     EXPECT_NE(zip.RenameFiles(from, to), 0);
     EXPECT_EQ(ContentsOf(path),
               (Contents{{"a", "first"}, {"b/\xE6\x97\xA5", "deflated by another"}, {"c", "last"}}));
@@ -82,16 +81,14 @@ TEST_F(ZipRewriteTest, PairsThatMayNotBeRenamedAreDropped)
     };
     for (const auto& row : rows) {
         Open(BuildZip({{"d/a", "1"}, {"d/b", "2"}, {"x", "3"}}));
-        ZipNames from(row.from);
-        ZipNames to(row.to);
+        ZipNames from(row.from), to(row.to);
         EXPECT_EQ(zip.RenameFiles(from, to), row.result) << row.what;
         EXPECT_EQ(std::vector<CString>(from.GetData(), from.GetData() + from.GetSize()), row.fromKept);
         EXPECT_EQ(std::vector<CString>(to.GetData(), to.GetData() + to.GetSize()), row.toKept) << row.what;
         EXPECT_EQ(ContentsOf(path).size(), 3u) << row.what;
     }
     EXPECT_EQ(ContentsOf(path), (Contents{{"d/a", "1"}, {"d/b", "2"}, {"x", "3"}}));
-    ZipNames from({L"x"});
-    ZipNames to({L"nul"});
+    ZipNames from({L"x"}), to({L"nul"});
     EXPECT_EQ(ZipCause([&] { zip.RenameFiles(from, to); }), CZipException::nameDevice);
     EXPECT_TRUE(zip.IsClosed());
 }
@@ -131,8 +128,7 @@ TEST_F(ZipRewriteTest, AddingDeletingAndRenamingAgreeWithAMap)
             model.erase(other);
             break;
         case 1: {
-            ZipNames from({CString(name.c_str())});
-            ZipNames to({CString(other.c_str())});
+            ZipNames from({CString(name.c_str())}), to({CString(other.c_str())});
             const bool may = model.count(name) != 0 && model.count(other) == 0;
             EXPECT_EQ(zip.RenameFiles(from, to) != 0, may);
             if (may)

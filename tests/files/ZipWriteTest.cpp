@@ -221,11 +221,6 @@ TEST_F(ZipWriteTest, ArchivesThatMayNotBeChangedSaySo)
 TEST_F(ZipWriteTest, ASplitArchiveIsWrittenInPartsOfItsSize)
 {
     const auto split = [this](int size = 65536) { zip.Open(path, CZip::zipCreateSplit, size); };
-    split();
-    Add("noise", Noise(300000));
-    EXPECT_TRUE(folder.Has("pack.z02"));
-    zip.Close(CZip::zipCloseAfterError);
-    EXPECT_EQ(folder.Names(), (std::vector<std::string>{"in", "in/file"}));
     // One that fits into a part is none.
     split();
     Add("a", "1");
@@ -234,6 +229,13 @@ TEST_F(ZipWriteTest, ASplitArchiveIsWrittenInPartsOfItsSize)
     EXPECT_EQ(ContentsOf(path), (Contents{{"a", "1"}}));
     zip.Open(path);
     EXPECT_FALSE(zip.IsReadOnly());
+    // What is given up leaves no parts, and what was there before.
+    split();
+    Add("noise", Noise(300000));
+    EXPECT_TRUE(folder.Has("pack.z02"));
+    zip.Close(CZip::zipCloseAfterError);
+    EXPECT_EQ(folder.Names(), (std::vector<std::string>{"in", "in/file", "pack.zip"}));
+    EXPECT_EQ(ContentsOf(path), (Contents{{"a", "1"}}));
     split();
     Contents wanted;
     Add("noise", wanted["noise"] = Noise(300000));
@@ -241,7 +243,6 @@ TEST_F(ZipWriteTest, ASplitArchiveIsWrittenInPartsOfItsSize)
         const std::string number = std::to_string(i);
         Add("dir/file-with-a-long-name-" + number, wanted["dir/file-with-a-long-name-" + number] = number);
     }
-    EXPECT_EQ(folder.Read("pack.zip").substr(0, 4), "PK00");
     zip.Close();
     EXPECT_EQ(folder.Read("pack.z01").size(), 65536u);
     EXPECT_EQ(folder.Read("pack.z01").substr(0, 4), "PK\x07\x08");
@@ -277,6 +278,7 @@ TEST_F(ZipWriteTest, CommentsAreWrittenInTheArchivesCodePage)
     zip.Open(path);
     zip.SetComment(L"\x00C9t\x00E9 / 1");
     EXPECT_EQ(folder.Read("pack.zip").substr(folder.Read("pack.zip").size() - 7), "\x90t\x82 / 1");
+    zip.Open(path);
     EXPECT_EQ(zip.GetComment(), L"\x00C9t\x00E9 / 1");
     EXPECT_EQ(ZipCause([&] { zip.SetComment(L"\x65E5"); }), E::nameCharacter);
     EXPECT_EQ(ZipCause([&] { zip.SetComment(CString(L'x', 65536)); }), E::nameTooLong);
