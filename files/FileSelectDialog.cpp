@@ -39,12 +39,12 @@ BOOL FileSelectDialog::OnInitDialog()
     SetDlgItemText(IDC_SELECT_FILES_FOLDER, m_folder);
     FillList();
     SelectAll();
-    Anchor(IDC_SELECT_FILES_FOLDER, AnchorLeft | AnchorTop | AnchorRight);
-    Anchor(IDC_SELECT_FILES_LIST, AnchorAll);
-    Anchor(IDC_SELECT_FILES_COUNT, AnchorLeft | AnchorRight | AnchorBottom);
-    Anchor(IDC_SELECT_FILES_ALL, AnchorLeft | AnchorBottom);
-    Anchor(IDOK, AnchorRight | AnchorBottom);
-    Anchor(IDCANCEL, AnchorRight | AnchorBottom);
+    Anchor(IDC_SELECT_FILES_FOLDER, vak::AnchorLeft | vak::AnchorTop | vak::AnchorRight);
+    Anchor(IDC_SELECT_FILES_LIST, vak::AnchorAll);
+    Anchor(IDC_SELECT_FILES_COUNT, vak::AnchorLeft | vak::AnchorRight | vak::AnchorBottom);
+    Anchor(IDC_SELECT_FILES_ALL, vak::AnchorLeft | vak::AnchorBottom);
+    Anchor(IDOK, vak::AnchorRight | vak::AnchorBottom);
+    Anchor(IDCANCEL, vak::AnchorRight | vak::AnchorBottom);
     return TRUE;
 }
 

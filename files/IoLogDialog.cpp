@@ -89,8 +89,8 @@ BOOL IoLogDialog::OnInitDialog()
     SendDlgItemMessage(IDC_IO_LOG_TEXT, EM_SETLIMITTEXT, static_cast<WPARAM>(text.GetLength()) + 1);
     SetDlgItemText(IDC_IO_LOG_TEXT, text);
 
-    Anchor(IDC_IO_LOG_TEXT, AnchorAll);
-    Anchor(IDOK, AnchorRight | AnchorBottom);
+    Anchor(IDC_IO_LOG_TEXT, vak::AnchorAll);
+    Anchor(IDOK, vak::AnchorRight | vak::AnchorBottom);
     // With the focus on the text the dialog would select all of it.
     ::SetFocus(GetDlgItem(IDOK));
     return FALSE;
