@@ -25,6 +25,7 @@
 #include "framework/base/StringTable.h"
 #include "framework/base/Time.h"
 
+#include "framework/ui/AnchorLayout.h"
 #include "framework/ui/Dialog.h"
 #include "framework/ui/FileDialog.h"
 #include "framework/ui/Menu.h"
@@ -81,3 +82,6 @@
 #include "tags/TagInfo.h"
 #include "tags/TagValue.h"
 #include "tags/Tags.h"
+
+#include "dialogs/DefaultDlg.h"
+#include "dialogs/FieldBinding.h"

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "core/CustomData.h"
+#include "dialogs/FieldBinding.h"
+#include "framework/ui/AnchorLayout.h"
+#include "framework/ui/Wnd.h"
+
+#include <initializer_list>
+#include <vector>
+
+struct AFX_CMDHANDLERINFO;
+
+/// The part of a dialog or a page that shows values of a property store in its controls and brings them back.
+///
+/// A page or dialog embeds one, declares its fields (AddField) and anchors, binds it, and forwards what its
+/// window gets. The window's object and the store belong to others; they, or at least the binding, outlive
+/// every call here. The window may live later than the part, or never: until its OnInitDialog, and after its
+/// end, the part has the values that it was last filled with. Fields whose control is missing do so always.
+///
+/// A field that the user has not changed keeps its stored value bit for bit, also one that its control cannot
+/// show in full, that lies outside the range, or is of a kind that the field is not; it is not validated. A
+/// control counts as changed while it differs from what filling left in it. A value that the store lacks is
+/// shown, and by every save stored, as the default of its field. What no field names stays untouched.
+///
+/// Several fields and parts may share a value: an unchanged field leaves alone what has meanwhile come to the
+/// store that filled it. One thread: the window's.
+class VAK_API CDefaultDlg
+{
+public:
+    /// Told that the user has changed a field's control; `control` is the field's.
+    using ChangeCallback = void (*)(int control, void* user);
+
+    CDefaultDlg() = default;
+    virtual ~CDefaultDlg() = default;
+    CDefaultDlg(const CDefaultDlg&) = delete;
+    CDefaultDlg& operator=(const CDefaultDlg&) = delete;
+
+    /// @name Declaring; before the window is there
+    /// @{
+    void AddField(const vak::FieldBinding& field);
+    void AddFields(std::initializer_list<vak::FieldBinding> fields);
+    /// Ties a control to those edges of the window (vak::AnchorEdge bits) when the window is resized.
+    void AddAnchor(int control, unsigned int edges);
+    /// The size of the client area, in pixels, below which controls stay where they are (and to which a frame
+    /// is limited); that of the template until it is set.
+    void SetMinimumSize(CSize client);
+    /// Null for none. Filling the controls does not call it.
+    void SetChangeCallback(ChangeCallback callback, void* user);
+    /// @}
+
+    /// Binds the part to a window's object and a store; both may be null and neither is owned. Nothing is
+    /// shown yet.
+    void Bind(CWnd* window, CCustomData* store);
+    CWnd* GetWindow() const { return m_window; }
+    CCustomData* GetStore() const { return m_store; }
+    /// Non-zero while the bound object has a window.
+    int HasWindow() const;
+
+    /// @name Filling and saving
+    /// @{
+    /// Takes the values of all fields from `store`, which need not be the bound one, and shows them if there
+    /// is a window. What the user had entered is forgotten.
+    void ReinitDialog(const CCustomData& store);
+    /// Validates what the user has changed. On failure one message tells all fields that failed, the first of
+    /// them is selected with what was typed, nothing is saved, and 0 is returned. Else returns 1, and if
+    /// `save` is non-zero all fields are in `store`.
+    int ValidateData(int save, CCustomData& store);
+    /// Saves without validating: a field in which something invalid was entered counts as unchanged. Without
+    /// a window that is what the part was last filled with.
+    void SaveData(CCustomData& store);
+    /// Brings unchanged fields up to date with the bound store, where their values may have changed since
+    /// they were filled, and selects a field that failed while the window was hidden. Takes fields whose
+    /// control lies in `first` to `last`, all of them for (0, 0). Returns how many were filled anew.
+    int VerifyData(unsigned int first, unsigned int last);
+    /// Non-zero if the user has changed a field since it was filled or saved.
+    int IsModified() const;
+    /// @}
+
+    /// @name What the window forwards, before its own treatment
+    /// Non-zero from the first three: it is settled.
+    /// @{
+    /// Selects all of a field's edit control at Ctrl+A.
+    virtual BOOL PreTranslateMessage(MSG* message);
+    virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
+    /// Opens the chooser of a colour's button. `extra` and `info` are not used.
+    virtual BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* info);
+    virtual void OnSize(UINT type, int cx, int cy);
+    /// The controls exist: notes their places for the anchors and fills them. Returns 1.
+    virtual BOOL OnInitDialog();
+    /// @}
+
+private:
+    /// A field with what it last got from a store, or was saved as.
+    struct Field
+    {
+        vak::FieldBinding binding;
+        /// The value as text, as it is given to the control.
+        CString value;
+        /// What the control made of it.
+        CString shown;
+        bool isShown = false;
+    };
+    struct AnchoredControl
+    {
+        int control;
+        unsigned int edges;
+    };
+
+    CWnd* m_window = nullptr;
+    CCustomData* m_store = nullptr;
+    ChangeCallback m_changeCallback = nullptr;
+    void* m_changeUser = nullptr;
+    std::vector<Field> m_fields;
+    std::vector<AnchoredControl> m_anchors;
+    vak::AnchorLayout m_layout;
+};
