@@ -85,3 +85,6 @@
 
 #include "dialogs/DefaultDlg.h"
 #include "dialogs/FieldBinding.h"
+
+#include "view/NearestInt.h"
+#include "view/VakCoord.h"
