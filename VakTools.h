@@ -87,4 +87,7 @@
 #include "dialogs/FieldBinding.h"
 
 #include "view/NearestInt.h"
+#include "view/TrackerCodes.h"
+#include "view/VakTracker.h"
+#include "view/ViewTracker.h"
 #include "view/VakCoord.h"
