@@ -26,10 +26,14 @@
 #include "framework/base/Time.h"
 
 #include "framework/ui/AnchorLayout.h"
+#include "framework/ui/DC.h"
 #include "framework/ui/Dialog.h"
 #include "framework/ui/FileDialog.h"
+#include "framework/ui/GdiObject.h"
 #include "framework/ui/Menu.h"
 #include "framework/ui/RichEditCtrl.h"
+#include "framework/ui/ScrollView.h"
+#include "framework/ui/View.h"
 #include "framework/ui/Wnd.h"
 
 #include "core/CustomData.h"

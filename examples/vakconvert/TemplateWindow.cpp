@@ -239,7 +239,7 @@ void TemplateWindow::OnContextMenu(HWND window, CPoint point)
     if (point.x == -1 && point.y == -1) {
         POINT caret{};
         GetCaretPos(&caret);
-        ClientToScreen(window, &caret);
+        ::ClientToScreen(window, &caret);
         point = CPoint(caret.x, caret.y + kLine);
     }
     InsertTag(point);

@@ -79,6 +79,7 @@ INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT message, WPARAM wParam, L
     try {
         return dialog->Dispatch(message, wParam, lParam);
     } catch (CException* exception) {
+        vak::detail::GiveUpPainting(window, message);
         vak::detail::ReportFromProcedure(exception);
     } catch (...) {
         dialog->EndDialog(-1);

@@ -7,6 +7,8 @@
 #include "framework/base/Object.h"
 #include "framework/base/String.h"
 
+class CDC;
+
 namespace vak::detail {
 struct WindowProcedure;
 }
@@ -60,9 +62,25 @@ public:
     /// Returns whether the window was visible before; `command` is SW_SHOW, SW_HIDE, ...
     BOOL ShowWindow(int command);
     void MoveWindow(LPCRECT area, BOOL repaint = TRUE);
+    void GetWindowRect(LPRECT area) const;
+    /// These turn pixels of the client area into those of the screen, and back, or into those of another
+    /// window's client area, the screen when `to` is null.
+    void ClientToScreen(LPPOINT point) const;
+    void ClientToScreen(LPRECT rect) const;
+    void ScreenToClient(LPPOINT point) const;
+    void ScreenToClient(LPRECT rect) const;
+    void MapWindowPoints(CWnd* to, LPRECT rect) const;
     void SetFocus();
-    /// Has the client area drawn anew, on a fresh background if `erase`.
+    /// Has the mouse's messages come here, wherever it is, until ::ReleaseCapture; returns the window that
+    /// had them before, or null.
+    HWND SetCapture();
+    /// The window of this thread that has captured the mouse, or null.
+    static HWND GetCapture();
+    /// Has the client area, or a part of it, drawn anew, on a fresh background if `erase`.
     void Invalidate(BOOL erase = TRUE);
+    void InvalidateRect(LPCRECT rect, BOOL erase = TRUE);
+    /// Draws what is to be drawn anew at once.
+    void UpdateWindow();
     /// Stops or resumes drawing; who resumes it invalidates what changed meanwhile.
     void SetRedraw(BOOL redraw = TRUE);
     /// Has OnTimer called every `milliseconds`; returns 0 when the system has no timer left.
@@ -105,6 +123,37 @@ protected:
     /// A control's message with data, which begins with NMHDR; non-zero with `result` set when handled.
     virtual BOOL OnNotify(NMHDR* header, LRESULT* result);
 
+    /// Part of the client area is to be drawn: through a CPaintDC, which also tells which. What this throws
+    /// leaves it undrawn.
+    virtual void OnPaint();
+    /// The background of what `dc` does not clip away is to be drawn; non-zero when that is done.
+    virtual BOOL OnEraseBkgnd(CDC* dc);
+    /// The mouse. `point` is in pixels of the client area; `flags` are MK_ bits: what is held down.
+    virtual void OnMouseMove(UINT flags, CPoint point);
+    virtual void OnLButtonDown(UINT flags, CPoint point);
+    virtual void OnLButtonUp(UINT flags, CPoint point);
+    virtual void OnLButtonDblClk(UINT flags, CPoint point);
+    virtual void OnMButtonDown(UINT flags, CPoint point);
+    virtual void OnMButtonUp(UINT flags, CPoint point);
+    virtual void OnRButtonDown(UINT flags, CPoint point);
+    /// The wheel has turned by `delta`, WHEEL_DELTA a notch, positive away from the user; here `point` is on
+    /// the screen. Non-zero when handled, else the parent is asked.
+    virtual BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
+    /// The mouse has left the client area, after a TrackMouseEvent that asked to be told.
+    virtual void OnMouseLeave();
+    /// The mouse's messages go to `window` now, null for nobody in particular.
+    virtual void OnCaptureChanged(HWND window);
+    /// The mouse moves over `window`, this one or one inside it, in its part `hitTest` (HTCLIENT, ...);
+    /// non-zero when the cursor has been set.
+    virtual BOOL OnSetCursor(HWND window, UINT hitTest, UINT message);
+    /// A key goes down, or repeats; `key` is a virtual key.
+    virtual void OnKeyDown(UINT key, UINT repeat, UINT flags);
+    virtual void OnKeyUp(UINT key, UINT repeat, UINT flags);
+    /// A scroll bar: SB_LINEUP, SB_THUMBTRACK, ... `position` has 16 bits only. `bar` is null for the
+    /// window's own bars.
+    virtual void OnHScroll(UINT code, UINT position, HWND bar);
+    virtual void OnVScroll(UINT code, UINT position, HWND bar);
+
     /// Called by a hook: once the hook has returned, the message gets its default treatment after all.
     void Default() { m_wantsDefault = true; }
 
@@ -112,6 +161,9 @@ private:
     friend struct vak::detail::WindowProcedure;
 
     bool CallHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
+    bool CallDrawingHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
+    bool CallInputHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
+    bool CallMouseHook(UINT message, UINT flags, CPoint point);
     bool PreTranslate(MSG* message);
 
     bool m_isCreated = false;
