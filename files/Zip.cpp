@@ -2,8 +2,8 @@
 
 #include "files/FileKinds.h"
 #include "files/FilePath.h"
-#include "files/detail/ZipNames.h"
-#include "files/detail/ZipState.h"
+#include "files/zip/ZipNames.h"
+#include "files/zip/ZipState.h"
 
 #include <limits>
 #include <map>

@@ -1,7 +1,7 @@
 #include "files/ZipArchive.h"
 
-#include "files/detail/ZipNames.h"
-#include "files/detail/ZipState.h"
+#include "files/zip/ZipNames.h"
+#include "files/zip/ZipState.h"
 #include "framework/base/SystemFolder.h"
 
 #include <new>

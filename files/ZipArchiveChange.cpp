@@ -1,8 +1,8 @@
 #include "files/FileSystem.h"
 #include "files/ZipArchive.h"
-#include "files/detail/ZipDates.h"
-#include "files/detail/ZipNames.h"
-#include "files/detail/ZipState.h"
+#include "files/zip/ZipDates.h"
+#include "files/zip/ZipNames.h"
+#include "files/zip/ZipState.h"
 #include "framework/base/SystemFolder.h"
 #include "framework/base/Time.h"
 

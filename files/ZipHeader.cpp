@@ -1,7 +1,7 @@
 #include "files/ZipHeader.h"
 
 #include "files/ZipException.h"
-#include "files/detail/ZipDates.h"
+#include "files/zip/ZipDates.h"
 
 CZipHeader::~CZipHeader() = default;
 

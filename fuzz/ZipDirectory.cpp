@@ -1,4 +1,4 @@
-#include "files/detail/ZipDirectory.h"
+#include "files/zip/ZipDirectory.h"
 
 #include "files/ZipException.h"
 #include "fuzz/support/Target.h"

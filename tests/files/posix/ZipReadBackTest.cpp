@@ -1,5 +1,5 @@
 #include "files/ZipArchive.h"
-#include "files/detail/ZipState.h"
+#include "files/zip/ZipState.h"
 #include "framework/base/SystemFileFault.h"
 #include "tests/support/ZipChanges.h"
 #include "tests/support/ZipContents.h"

@@ -1,6 +1,6 @@
 #include "files/ZipException.h"
-#include "files/detail/ZipDirectory.h"
-#include "files/detail/ZipNames.h"
+#include "files/zip/ZipDirectory.h"
+#include "files/zip/ZipNames.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "files/detail/ZipNameIndex.h"
+#include "files/zip/ZipNameIndex.h"
 
 #include "framework/base/ByteOrder.h"
 #include "framework/base/SystemText.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "files/detail/ZipFormat.h"
-#include "files/detail/ZipSource.h"
+#include "files/zip/ZipFormat.h"
+#include "files/zip/ZipSource.h"
 #include "framework/base/String.h"
 
 #include <cstdint>

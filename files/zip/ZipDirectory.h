@@ -1,9 +1,9 @@
 #pragma once
 
 #include "files/ZipHeader.h"
-#include "files/detail/ZipFormat.h"
-#include "files/detail/ZipNameIndex.h"
-#include "files/detail/ZipSource.h"
+#include "files/zip/ZipFormat.h"
+#include "files/zip/ZipNameIndex.h"
+#include "files/zip/ZipSource.h"
 
 #include <cstdint>
 #include <span>

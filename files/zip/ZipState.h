@@ -1,10 +1,10 @@
 #pragma once
 
 #include "files/ZipArchive.h"
-#include "files/detail/ZipDirectory.h"
-#include "files/detail/ZipEntryStream.h"
-#include "files/detail/ZipRewriter.h"
-#include "files/detail/ZipVolumes.h"
+#include "files/zip/ZipDirectory.h"
+#include "files/zip/ZipEntryStream.h"
+#include "files/zip/ZipRewriter.h"
+#include "files/zip/ZipVolumes.h"
 #include "framework/base/SystemFile.h"
 
 #include <memory>

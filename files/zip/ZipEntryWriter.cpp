@@ -1,8 +1,8 @@
-#include "files/detail/ZipEntryWriter.h"
+#include "files/zip/ZipEntryWriter.h"
 
 #include "files/ZipArchive.h"
 #include "files/ZipException.h"
-#include "files/detail/ZipCrc.h"
+#include "files/zip/ZipCrc.h"
 #include "framework/base/SystemFile.h"
 #include "framework/base/Time.h"
 

@@ -1,4 +1,4 @@
-#include "files/detail/ZipDeflater.h"
+#include "files/zip/ZipDeflater.h"
 
 #include <zlib.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "files/detail/ZipDates.h"
-#include "files/detail/ZipFormat.h"
-#include "files/detail/ZipNames.h"
-#include "files/detail/ZipSource.h"
+#include "files/zip/ZipDates.h"
+#include "files/zip/ZipFormat.h"
+#include "files/zip/ZipNames.h"
+#include "files/zip/ZipSource.h"
 
 #include <cstdint>
 

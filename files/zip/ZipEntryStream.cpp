@@ -1,7 +1,7 @@
-#include "files/detail/ZipEntryStream.h"
+#include "files/zip/ZipEntryStream.h"
 
 #include "files/ZipException.h"
-#include "files/detail/ZipCrc.h"
+#include "files/zip/ZipCrc.h"
 #include "framework/base/ByteOrder.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "files/detail/ZipDirectory.h"
-#include "files/detail/ZipSource.h"
+#include "files/zip/ZipDirectory.h"
+#include "files/zip/ZipSource.h"
 #include "framework/base/String.h"
 
 #include <cstddef>

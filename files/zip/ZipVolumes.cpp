@@ -1,4 +1,4 @@
-#include "files/detail/ZipVolumes.h"
+#include "files/zip/ZipVolumes.h"
 
 #include "files/ZipException.h"
 #include "framework/base/SystemFolder.h"

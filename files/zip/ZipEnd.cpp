@@ -1,4 +1,4 @@
-#include "files/detail/ZipEnd.h"
+#include "files/zip/ZipEnd.h"
 
 #include "files/ZipException.h"
 

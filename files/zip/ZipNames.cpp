@@ -1,4 +1,4 @@
-#include "files/detail/ZipNames.h"
+#include "files/zip/ZipNames.h"
 
 #include "files/ZipException.h"
 #include "framework/base/SystemText.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "files/detail/ZipDirectory.h"
-#include "files/detail/ZipEntryWriter.h"
-#include "files/detail/ZipOutput.h"
-#include "files/detail/ZipRecords.h"
-#include "files/detail/ZipVolumes.h"
+#include "files/zip/ZipDirectory.h"
+#include "files/zip/ZipEntryWriter.h"
+#include "files/zip/ZipOutput.h"
+#include "files/zip/ZipRecords.h"
+#include "files/zip/ZipVolumes.h"
 #include "framework/base/String.h"
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "files/detail/ZipCrc.h"
+#include "files/zip/ZipCrc.h"
 
 #include <zlib.h>
 

@@ -1,4 +1,4 @@
-#include "files/detail/ZipEntryStream.h"
+#include "files/zip/ZipEntryStream.h"
 
 #include <zlib.h>
 

@@ -1,4 +1,4 @@
-#include "files/detail/ZipRecords.h"
+#include "files/zip/ZipRecords.h"
 
 #include "framework/base/ByteOrder.h"
 

@@ -1,9 +1,9 @@
 #include "files/FileSystem.h"
 #include "files/ZipArchive.h"
-#include "files/detail/ZipDates.h"
-#include "files/detail/ZipNames.h"
-#include "files/detail/ZipState.h"
-#include "files/detail/ZipTarget.h"
+#include "files/zip/ZipDates.h"
+#include "files/zip/ZipNames.h"
+#include "files/zip/ZipState.h"
+#include "files/zip/ZipTarget.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "files/detail/ZipSource.h"
-#include "files/detail/ZipVolumes.h"
+#include "files/zip/ZipSource.h"
+#include "files/zip/ZipVolumes.h"
 #include "framework/base/ReplacementFile.h"
 #include "framework/base/String.h"
 

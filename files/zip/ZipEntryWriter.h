@@ -1,8 +1,8 @@
 #pragma once
 
-#include "files/detail/ZipDeflater.h"
-#include "files/detail/ZipOutput.h"
-#include "files/detail/ZipRecords.h"
+#include "files/zip/ZipDeflater.h"
+#include "files/zip/ZipOutput.h"
+#include "files/zip/ZipRecords.h"
 #include "framework/base/String.h"
 
 #include <cstddef>

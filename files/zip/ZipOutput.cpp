@@ -1,4 +1,4 @@
-#include "files/detail/ZipOutput.h"
+#include "files/zip/ZipOutput.h"
 
 #include "files/ZipException.h"
 #include "framework/base/FileException.h"

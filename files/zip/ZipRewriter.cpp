@@ -1,7 +1,7 @@
-#include "files/detail/ZipRewriter.h"
+#include "files/zip/ZipRewriter.h"
 
 #include "files/ZipException.h"
-#include "files/detail/ZipNames.h"
+#include "files/zip/ZipNames.h"
 #include "framework/base/ByteOrder.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
-#include "files/detail/ZipDirectory.h"
+#include "files/zip/ZipDirectory.h"
 
 #include "files/ZipException.h"
 #include "files/detail/WildcardMatcher.h"
-#include "files/detail/ZipCrc.h"
-#include "files/detail/ZipEnd.h"
-#include "files/detail/ZipNames.h"
+#include "files/zip/ZipCrc.h"
+#include "files/zip/ZipEnd.h"
+#include "files/zip/ZipNames.h"
 #include "framework/base/ByteOrder.h"
 
 #include <algorithm>

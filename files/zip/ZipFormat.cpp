@@ -1,4 +1,4 @@
-#include "files/detail/ZipFormat.h"
+#include "files/zip/ZipFormat.h"
 
 #include "framework/base/ByteOrder.h"
 

@@ -1,4 +1,4 @@
-#include "files/detail/ZipDates.h"
+#include "files/zip/ZipDates.h"
 
 #include "framework/base/SystemTime.h"
 

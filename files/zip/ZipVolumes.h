@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/detail/ZipSource.h"
+#include "files/zip/ZipSource.h"
 #include "framework/base/String.h"
 #include "framework/base/SystemFile.h"
 

@@ -1,4 +1,4 @@
-#include "files/detail/ZipSource.h"
+#include "files/zip/ZipSource.h"
 
 #include <algorithm>
 #include <cstring>

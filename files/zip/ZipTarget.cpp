@@ -1,4 +1,4 @@
-#include "files/detail/ZipTarget.h"
+#include "files/zip/ZipTarget.h"
 
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
