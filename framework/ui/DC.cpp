@@ -9,6 +9,18 @@ IMPLEMENT_DYNAMIC(CDC, CObject)
 IMPLEMENT_DYNAMIC(CClientDC, CDC)
 IMPLEMENT_DYNAMIC(CPaintDC, CDC)
 
+namespace {
+
+/// Without this, drawing in a window that is gone would go to the screen.
+HWND HandleOf(const CWnd* window)
+{
+    if (window && !window->GetSafeHwnd())
+        AfxThrowResourceException();
+    return window ? window->GetSafeHwnd() : nullptr;
+}
+
+} // namespace
+
 CDC::~CDC()
 {
     for (const auto& former : m_formers)
@@ -300,7 +312,7 @@ void CDC::DrawDragRect(LPCRECT rect, SIZE size, LPCRECT last, SIZE lastSize, CBr
     InvertRegion(frame, shown);
 }
 
-CClientDC::CClientDC(CWnd* window) : m_hWnd(window ? window->GetSafeHwnd() : nullptr)
+CClientDC::CClientDC(CWnd* window) : m_hWnd(HandleOf(window))
 {
     if (!Attach(::GetDC(m_hWnd)))
         AfxThrowResourceException();
@@ -311,7 +323,7 @@ CClientDC::~CClientDC()
     ::ReleaseDC(m_hWnd, Detach());
 }
 
-CPaintDC::CPaintDC(CWnd* window) : m_hWnd(window->GetSafeHwnd())
+CPaintDC::CPaintDC(CWnd* window) : m_hWnd(HandleOf(window))
 {
     if (!Attach(::BeginPaint(m_hWnd, &m_ps)))
         AfxThrowResourceException();

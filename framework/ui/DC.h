@@ -111,8 +111,8 @@ private:
     std::vector<std::unique_ptr<CGdiObject>> m_formers;
 };
 
-/// The client area of a window, or the screen when that is null. The constructor throws CResourceException
-/// when the system has no device context left.
+/// The client area of a window, or the screen when `window` is null. The constructor throws
+/// CResourceException when the window is gone or the system has no device context left.
 class VAK_API CClientDC : public CDC
 {
     DECLARE_DYNAMIC(CClientDC)
