@@ -26,6 +26,7 @@
 #include "framework/base/Time.h"
 
 #include "framework/ui/AnchorLayout.h"
+#include "framework/ui/ColorDialog.h"
 #include "framework/ui/DC.h"
 #include "framework/ui/Dialog.h"
 #include "framework/ui/FileDialog.h"

@@ -98,6 +98,8 @@ private:
         CString value;
         /// What the control made of it.
         CString shown;
+        /// What the change callback last knew of.
+        CString told;
         bool isShown = false;
     };
     struct AnchoredControl
@@ -106,11 +108,40 @@ private:
         unsigned int edges;
     };
 
+    HWND ControlOf(const Field& field) const;
+    CString ContentOf(const Field& field) const;
+    vak::FieldBinding BindingOf(const Field& field) const;
+    bool IsChanged(const Field& field) const;
+    bool IsSavable(const Field& field) const;
+    void TakeValue(Field& field, const CCustomData& store);
+    void ShowValue(Field& field);
+    void SaveField(const Field& field, CCustomData& store) const;
+    void KeepSaved(Field& field, const CCustomData& store);
+    void WriteBack(const Field& field, CCustomData& store) const;
+    int RefreshUnchanged(const CCustomData& store, unsigned int first, unsigned int last);
+    CString TellFaults();
+    CString TellFault(const Field& field) const;
+    void SelectFailed();
+    Field* FieldShownBy(HWND control);
+    void OnControlChange(HWND control, UINT code);
+    void OnScroll(HWND control);
+    BOOL OnDrawItem(const DRAWITEMSTRUCT& item, LRESULT* result);
+    void TellChange(Field& field);
+    void ChooseColor(Field& field);
+
     CWnd* m_window = nullptr;
     CCustomData* m_store = nullptr;
     ChangeCallback m_changeCallback = nullptr;
     void* m_changeUser = nullptr;
     std::vector<Field> m_fields;
+    /// The stored values of the fields as they were filled or saved.
+    CCustomData m_values;
+    /// Only compared: the store that filled the fields may be gone.
+    const CCustomData* m_filledFrom = nullptr;
+    /// The control of the field to select once the window is visible; 0 for none.
+    int m_failedControl = 0;
+    bool m_isFilling = false;
     std::vector<AnchoredControl> m_anchors;
+    CSize m_minimum{0, 0};
     vak::AnchorLayout m_layout;
 };

@@ -11,6 +11,8 @@ namespace vak {
 
 /// What a field is: the control that shows it and the kind of value that the store holds. Numbers, texts and
 /// colours may be in any control whose text is the value: an edit control, a combo box with one, a static.
+/// A colour is packed, red in the low byte; what the byte above blue holds, as the alpha of a CRGBColor,
+/// stays.
 enum class FieldKind
 {
     Int,        ///< a decimal number, SetInt
@@ -26,7 +28,7 @@ enum class FieldKind
     RadioIndex, ///< the checked button of the group that begins with the control, SetInt; -1 for none
     Slider,     ///< the position of a slider, SetInt
     Spin,       ///< the position of an up-down control with its buddy, SetInt
-    Color,      ///< "#RRGGBB" in an edit control, or a button that opens the chooser; SetUInt, see docs
+    Color,      ///< "#RRGGBB" in an edit control, or a button that opens the chooser; SetUInt
 };
 
 /// One row of a dialog's table. Rows read best with designated initialisers:
@@ -49,7 +51,8 @@ struct FieldBinding
     int decimals = -1;
     /// What messages call the field; empty: the text of the static control in front of it.
     CString label;
-    /// What is shown, and saved, while the store has no value: `number` of all kinds but Text.
+    /// What is shown, and saved, while the store has no value: `number` (moved into the range, a colour
+    /// packed with red in the low byte) of all kinds but Text.
     double number = 0;
     CString text;
 };

@@ -3,7 +3,7 @@
 
 /* Identifiers of the library's texts. Read by the compiler and by the resource compiler, so: plain macros.
    Ranges: 1000 paths, 1100 file kinds, 1200 load/save, 1300 dates and sizes, 1400 exceptions,
-   1500 tags, 1600 batches, 1700 zip archives, 5260 colours, 5282 and 5302 truth values,
+   1500 tags, 1600 batches, 1700 zip archives, 1800 fields of dialogs, 5260 colours, 5282 and 5302 truth values,
    0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
@@ -126,6 +126,20 @@
 /* 1700: zip archives; two arguments: the archive's path and the entry's name; in the order of CZipException's
    causes */
 #define IDS_ZIP_NONE 1700 /* the other causes follow */
+
+/* 1800: fields of dialogs; the arguments of what is wrong with one are the ends of its range */
+#define IDS_FIELDS_WRONG 1800 /* what the lines of the fields follow */
+#define IDS_FIELD_LINE 1801   /* two arguments: the field's name and what is wrong */
+#define IDS_FIELD_NOT_AN_INTEGER 1802
+#define IDS_FIELD_NOT_A_NUMBER 1803
+#define IDS_FIELD_OUT_OF_RANGE 1804
+#define IDS_FIELD_TOO_SMALL 1805
+#define IDS_FIELD_TOO_LARGE 1806
+#define IDS_FIELD_EMPTY 1807
+#define IDS_FIELD_TOO_SHORT 1808
+#define IDS_FIELD_TOO_LONG 1809
+#define IDS_FIELD_NO_CHOICE 1810
+#define IDS_FIELD_NOT_A_COLOR 1811
 
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200

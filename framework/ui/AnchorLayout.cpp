@@ -51,6 +51,8 @@ void AnchorLayout::Arrange(UINT type, int cx, int cy) const
 
 void AnchorLayout::Limit(MINMAXINFO* info) const
 {
+    if (!m_window)
+        return;
     info->ptMinTrackSize.x = m_minimum.cx + m_frame.cx;
     info->ptMinTrackSize.y = m_minimum.cy + m_frame.cy;
 }
