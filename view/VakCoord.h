@@ -155,7 +155,11 @@ protected:
     vak::detail::ViewGeometry m_geometry;
 
 private:
+    bool HasWindow() const;
+    CSize ClientSize() const;
+    CPoint CursorPos() const;
     bool StoreZoom(float zoom, int snap);
     void ScrollTo(CPoint pos);
-    CSize ClientSize() const;
+    void Show(CPoint wanted);
+    void Repaint();
 };

@@ -196,6 +196,11 @@ CPoint ViewGeometry::ScrollAround(CPoint documentPoint, CPoint anchor) const
             AnchoredCoordinate(documentPoint.y, anchor.y, zoom)};
 }
 
+CPoint ViewGeometry::ScrolledBy(CSize delta) const
+{
+    return {SumOf(scroll.x, delta.cx), SumOf(scroll.y, delta.cy)};
+}
+
 CPoint ViewGeometry::ClampedScroll(CPoint wanted) const
 {
     return {ClampedCoordinate(wanted.x, zoomed.cx, client.cx),

@@ -61,6 +61,8 @@ struct VAK_INTERNAL_API ViewGeometry
     CPoint VisibleCenter() const;
     /// The scroll position, not clamped, at which the document point lies under the client point `anchor`.
     CPoint ScrollAround(CPoint documentPoint, CPoint anchor) const;
+    CPoint ScrolledBy(CSize delta) const;
+    /// Within the scroll range; 0 on an axis on which everything is visible.
     CPoint ClampedScroll(CPoint wanted) const;
 
     /// Down to whole zoomed document pixels, on the axes that the document fills.
