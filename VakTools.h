@@ -26,12 +26,16 @@
 #include "framework/base/Time.h"
 
 #include "framework/ui/AnchorLayout.h"
+#include "framework/ui/Button.h"
 #include "framework/ui/ColorDialog.h"
 #include "framework/ui/DC.h"
 #include "framework/ui/Dialog.h"
 #include "framework/ui/FileDialog.h"
+#include "framework/ui/Font.h"
 #include "framework/ui/GdiObject.h"
 #include "framework/ui/Menu.h"
+#include "framework/ui/PropertyPage.h"
+#include "framework/ui/PropertySheet.h"
 #include "framework/ui/RichEditCtrl.h"
 #include "framework/ui/ScrollView.h"
 #include "framework/ui/View.h"
@@ -88,6 +92,8 @@
 #include "tags/TagValue.h"
 #include "tags/Tags.h"
 
+#include "dialogs/CustomPropertyPage.h"
+#include "dialogs/CustomPropertySheet.h"
 #include "dialogs/DefaultDlg.h"
 #include "dialogs/FieldBinding.h"
 

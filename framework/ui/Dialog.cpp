@@ -52,14 +52,14 @@ void CDialog::OnCancel()
     EndDialog(IDCANCEL);
 }
 
-BOOL CDialog::OnCommand(UINT id, UINT code)
+BOOL CDialog::OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* handlerInfo)
 {
-    if (code == BN_CLICKED && id == IDOK)
+    if (code == CN_COMMAND && id == IDOK)
         OnOK();
-    else if (code == BN_CLICKED && id == IDCANCEL)
+    else if (code == CN_COMMAND && id == IDCANCEL)
         OnCancel();
     else
-        return CWnd::OnCommand(id, code);
+        return CWnd::OnCmdMsg(id, code, extra, handlerInfo);
     return TRUE;
 }
 

@@ -29,7 +29,9 @@ protected:
     virtual void OnOK();
     /// The button IDCANCEL, the escape key or the close box; ends with IDCANCEL.
     virtual void OnCancel();
-    BOOL OnCommand(UINT id, UINT code) override;
+    BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* handlerInfo) override;
+    /// Unpacks a message that the dialog's procedure gets, and answers for it. What hooks throw comes out.
+    INT_PTR Dispatch(UINT message, WPARAM wParam, LPARAM lParam);
 
     /// The window that the dialog belongs to: the parent given, else the application's main window, else
     /// null.
@@ -39,7 +41,6 @@ protected:
 
 private:
     static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    INT_PTR Dispatch(UINT message, WPARAM wParam, LPARAM lParam);
 
     UINT m_templateId = 0;
 };

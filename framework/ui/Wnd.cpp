@@ -2,6 +2,7 @@
 
 #include "framework/base/Exception.h"
 #include "framework/base/SystemModule.h"
+#include "framework/ui/Font.h"
 #include "framework/ui/detail/Report.h"
 
 #include <utility>
@@ -28,6 +29,15 @@ LPCTSTR ObjectProperty()
         made->Format(L"VakToolsWindow:%x:%p", GetCurrentProcessId(), &CWnd::classCWnd);
         return made;
     }();
+    return *name;
+}
+
+/// The property of a window that holds the procedure from before SubclassWindow. It stays until the window
+/// goes: where somebody else has put a procedure over ours, ours cannot be taken out from below and only
+/// passes on.
+LPCTSTR SuperProperty()
+{
+    static const CString* const name = new CString(CString(ObjectProperty()) + L":super");
     return *name;
 }
 
@@ -60,7 +70,16 @@ void vak::detail::GiveUpPainting(HWND window, UINT message)
 struct vak::detail::WindowProcedure
 {
     static LRESULT CALLBACK Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static LRESULT WithoutObject(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 };
+
+LRESULT vak::detail::WindowProcedure::WithoutObject(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const HANDLE super =
+        message == WM_NCDESTROY ? RemovePropW(window, SuperProperty()) : GetPropW(window, SuperProperty());
+    return super ? CallWindowProc(reinterpret_cast<WNDPROC>(super), window, message, wParam, lParam)
+                 : ::DefWindowProc(window, message, wParam, lParam);
+}
 
 LRESULT CALLBACK vak::detail::WindowProcedure::Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
@@ -68,19 +87,21 @@ LRESULT CALLBACK vak::detail::WindowProcedure::Run(HWND window, UINT message, WP
     if (!object && t_creating && IsFirstMessage(message) && t_creating->Attach(window))
         object = std::exchange(t_creating, nullptr);
     if (!object)
-        return DefWindowProc(window, message, wParam, lParam);
+        return WithoutObject(window, message, wParam, lParam);
     LRESULT result = 0;
     try {
         if (!object->OnWndMsg(message, wParam, lParam, &result))
-            result = DefWindowProc(window, message, wParam, lParam);
+            result = object->DefWindowProc(message, wParam, lParam);
     } catch (CException* exception) {
         GiveUpPainting(window, message);
         ReportFromProcedure(exception);
     } catch (...) {
         GiveUpPainting(window, message);
     }
-    if (message == WM_NCDESTROY)
+    if (message == WM_NCDESTROY) {
         object->Detach();
+        RemovePropW(window, SuperProperty());
+    }
     return result;
 }
 
@@ -152,11 +173,33 @@ BOOL CWnd::Attach(HWND window)
     return TRUE;
 }
 
+BOOL CWnd::SubclassWindow(HWND window)
+{
+    const auto super = reinterpret_cast<WNDPROC>(GetWindowLongPtr(window, GWLP_WNDPROC));
+    if (!super || super == &vak::detail::WindowProcedure::Run || !Attach(window))
+        return FALSE;
+    if (!SetPropW(window, SuperProperty(), reinterpret_cast<HANDLE>(super))) {
+        Detach();
+        return FALSE;
+    }
+    m_super = super;
+    SetWindowLongPtr(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&vak::detail::WindowProcedure::Run));
+    return TRUE;
+}
+
 HWND CWnd::Detach()
 {
     const HWND window = m_hWnd;
-    if (window && FromHandlePermanent(window) == this)
+    const bool isThere = window && FromHandlePermanent(window) == this;
+    if (isThere)
         RemovePropW(window, ObjectProperty());
+    const WNDPROC super = std::exchange(m_super, nullptr);
+    if (isThere && super &&
+        GetWindowLongPtr(window, GWLP_WNDPROC) ==
+            reinterpret_cast<LONG_PTR>(&vak::detail::WindowProcedure::Run)) {
+        SetWindowLongPtr(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(super));
+        RemovePropW(window, SuperProperty());
+    }
     m_hWnd = nullptr;
     m_isCreated = false;
     return window;
@@ -206,6 +249,11 @@ LRESULT CWnd::SendDlgItemMessage(int id, UINT message, WPARAM wParam, LPARAM lPa
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) const
 {
     return ::SendMessage(m_hWnd, message, wParam, lParam);
+}
+
+void CWnd::SetFont(CFont* font, BOOL redraw)
+{
+    SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font ? font->GetSafeHandle() : nullptr), redraw);
 }
 
 BOOL CWnd::ShowWindow(int command)
@@ -388,14 +436,31 @@ bool CWnd::CallHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
     }
 }
 
-BOOL CWnd::OnCommand(UINT, UINT)
+LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return m_super ? CallWindowProc(m_super, m_hWnd, message, wParam, lParam)
+                   : ::DefWindowProc(m_hWnd, message, wParam, lParam);
+}
+
+BOOL CWnd::OnCommand(UINT id, UINT code)
+{
+    return OnCmdMsg(id, static_cast<int>(code), nullptr, nullptr);
+}
+
+BOOL CWnd::OnCmdMsg(UINT, int, void*, AFX_CMDHANDLERINFO*)
 {
     return FALSE;
 }
 
-void CWnd::OnSize(UINT, int, int) {}
+void CWnd::OnSize(UINT, int, int)
+{
+    Default();
+}
 
-void CWnd::OnGetMinMaxInfo(MINMAXINFO*) {}
+void CWnd::OnGetMinMaxInfo(MINMAXINFO*)
+{
+    Default();
+}
 
 int CWnd::OnCreate(CREATESTRUCT*)
 {

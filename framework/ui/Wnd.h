@@ -8,10 +8,16 @@
 #include "framework/base/String.h"
 
 class CDC;
+class CFont;
 
 namespace vak::detail {
 struct WindowProcedure;
 }
+
+/// The code of OnCmdMsg for a command: an item of a menu, an accelerator, a button that was pressed.
+constexpr int CN_COMMAND = 0;
+/// Who would handle a command; nobody here asks, so it stays incomplete and null.
+struct AFX_CMDHANDLERINFO;
 
 /// Registers a window class whose messages come to CWnd::OnWndMsg, and returns its name for CWnd::CreateEx;
 /// null when the system refuses. Equal arguments give the same class. The name lies in a buffer of the thread
@@ -45,7 +51,10 @@ public:
     /// Attaches to a window that has no object yet; returns 0 and changes nothing when it has one, when this
     /// object has a window, or when `window` is null. The window's messages stay its own.
     BOOL Attach(HWND window);
-    /// Lets go of the window and returns it.
+    /// Attaches as Attach does, and has the window's messages come to OnWndMsg first; what that does not
+    /// handle goes on to the procedure that the window had.
+    BOOL SubclassWindow(HWND window);
+    /// Lets go of the window, whose messages are its own again, and returns it.
     HWND Detach();
 
     HWND GetSafeHwnd() const { return m_hWnd; }
@@ -59,6 +68,8 @@ public:
     LRESULT SendDlgItemMessage(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
+    /// Gives a control its font, which stays the caller's and outlives the window.
+    void SetFont(CFont* font, BOOL redraw = TRUE);
     /// Returns whether the window was visible before; `command` is SW_SHOW, SW_HIDE, ...
     BOOL ShowWindow(int command);
     void MoveWindow(LPCRECT area, BOOL repaint = TRUE);
@@ -97,13 +108,18 @@ public:
     /// Lets the dialog keys (tab, arrows, return, escape) work in this window; for PreTranslateMessage.
     BOOL IsDialogMessage(MSG* message);
 
+    /// A command (`code` CN_COMMAND), or what else control `id` notifies of with WM_COMMAND; non-zero when
+    /// handled. `extra` and `handlerInfo` are null from the window's own messages.
+    virtual BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* handlerInfo);
+
     HWND m_hWnd = nullptr;
 
 protected:
     /// Unpacks a message of the window and calls its hook; returns non-zero with `result` set when that
     /// handled it, else the message gets its default treatment.
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
-    /// A command or notification `code` of control or command `id`; non-zero when handled.
+    /// A command or notification `code` of control or command `id`; non-zero when handled. By default
+    /// OnCmdMsg is asked.
     virtual BOOL OnCommand(UINT id, UINT code);
     /// The client area has become `cx` by `cy` pixels; `type` is SIZE_RESTORED, SIZE_MAXIMIZED, ...
     virtual void OnSize(UINT type, int cx, int cy);
@@ -154,6 +170,9 @@ protected:
     virtual void OnHScroll(UINT code, UINT position, HWND bar);
     virtual void OnVScroll(UINT code, UINT position, HWND bar);
 
+    /// What the window does with a message of its own accord: the system's treatment, or that of the
+    /// procedure that it had before SubclassWindow.
+    virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     /// Called by a hook: once the hook has returned, the message gets its default treatment after all.
     void Default() { m_wantsDefault = true; }
 
@@ -166,6 +185,8 @@ private:
     bool CallMouseHook(UINT message, UINT flags, CPoint point);
     bool PreTranslate(MSG* message);
 
+    /// The procedure from before SubclassWindow, else null.
+    WNDPROC m_super = nullptr;
     bool m_isCreated = false;
     bool m_wantsDefault = false;
     bool m_loopEnded = false;
