@@ -37,6 +37,7 @@ enum class FieldKind
 ///     100}
 struct FieldBinding
 {
+    // Every member has an initialiser: rows that leave some out shall compile without warnings.
     int control = 0;
     /// 0: the number of the control.
     unsigned int property = 0;
@@ -50,11 +51,11 @@ struct FieldBinding
     /// Digits behind the decimal mark of Float and Double, 0 to 15; -1: as many as tell the value.
     int decimals = -1;
     /// What messages call the field; empty: the text of the static control in front of it.
-    CString label;
+    CString label{};
     /// What is shown, and saved, while the store has no value: `number` (moved into the range, a colour
     /// packed with red in the low byte) of all kinds but Text.
     double number = 0;
-    CString text;
+    CString text{};
 };
 
 } // namespace vak

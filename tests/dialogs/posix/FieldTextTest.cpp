@@ -1,0 +1,167 @@
+#include "dialogs/detail/FieldText.h"
+
+#include "core/RGBColor.h"
+#include "framework/base/StringTable.h"
+#include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <climits>
+
+using namespace vak::detail;
+using vak::FieldBinding;
+using vak::FieldKind;
+
+namespace {
+
+constexpr unsigned int kId = 'VALU';
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+FieldBinding FieldOf(FieldKind kind, double minimum = -kInf, double maximum = kInf, int decimals = -1)
+{
+    return {.property = kId, .kind = kind, .minimum = minimum, .maximum = maximum, .decimals = decimals};
+}
+
+} // namespace
+
+TEST(FieldText, TellsWhatIsWrongWithAnEntry)
+{
+    struct Row
+    {
+        FieldBinding field;
+        const wchar_t* text;
+        FieldFault fault;
+    };
+    const FieldBinding percent = FieldOf(FieldKind::Int, 0, 100);
+    const FieldBinding any = FieldOf(FieldKind::Double);
+    const Row rows[] = {
+        {percent, L" 100\t", FieldFault::None},
+        {percent, L"+7", FieldFault::None},
+        {percent, L"101", FieldFault::TooLarge},
+        {percent, L"-1", FieldFault::TooSmall},
+        {percent, L"", FieldFault::NotAnInteger},
+        {percent, L"1,5", FieldFault::NotAnInteger},
+        {percent, L"+-5", FieldFault::NotAnInteger},
+        {percent, L"1 000", FieldFault::NotAnInteger},
+        {percent, L"\x0661", FieldFault::NotAnInteger},
+        {FieldOf(FieldKind::Int, 0.5, 1.5), L"0", FieldFault::TooSmall},
+        {FieldOf(FieldKind::Int), L"2147483648", FieldFault::TooLarge},
+        {FieldOf(FieldKind::UInt), L"4294967295", FieldFault::None},
+        {FieldOf(FieldKind::UInt), L"-1", FieldFault::TooSmall},
+        {FieldOf(FieldKind::LongLong), L"9223372036854775807", FieldFault::None},
+        {FieldOf(FieldKind::LongLong), L"-9223372036854775809", FieldFault::TooSmall},
+        {FieldOf(FieldKind::ULongLong), L"18446744073709551615", FieldFault::None},
+        {FieldOf(FieldKind::ULongLong), L"18446744073709551616", FieldFault::TooLarge},
+        {any, L"-1,5e-3", FieldFault::None},
+        {any, L"1.5", FieldFault::None},
+        {any, L",5", FieldFault::None},
+        {any, L"1,000.5", FieldFault::NotANumber},
+        {any, L"inf", FieldFault::NotANumber},
+        {any, L"0x10", FieldFault::NotANumber},
+        {any, L"1e999", FieldFault::TooLarge},
+        {FieldOf(FieldKind::Float), L"1e39", FieldFault::TooLarge},
+        {FieldOf(FieldKind::Float, 0.7, 1), L"0,7", FieldFault::None},
+        {FieldOf(FieldKind::Float, 0.7, 1), L"0,69", FieldFault::TooSmall},
+        {FieldOf(FieldKind::Text, 1), L"", FieldFault::Empty},
+        {FieldOf(FieldKind::Text, 2, 3), L"a", FieldFault::TooShort},
+        {FieldOf(FieldKind::Text, 2, 3), L"abcd", FieldFault::TooLong},
+        {FieldOf(FieldKind::ListIndex, 0), L"-1", FieldFault::NoChoice},
+        {FieldOf(FieldKind::Color), L"#12aBcF", FieldFault::None},
+        {FieldOf(FieldKind::Color), L"12ABCF ", FieldFault::None},
+        {FieldOf(FieldKind::Color), L"#12ABC", FieldFault::NotAColor},
+        {FieldOf(FieldKind::Color), L"#12ABCG", FieldFault::NotAColor},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(CString(row.text)));
+        EXPECT_EQ(CheckText(row.field, row.text), row.fault);
+        EXPECT_EQ(FaultText(row.field, row.fault).IsEmpty(), row.fault == FieldFault::None);
+        CCustomData store;
+        StoreText(row.field, row.text, store);
+        EXPECT_EQ(store.HasData(kId) != 0, row.fault == FieldFault::None);
+    }
+}
+
+TEST(FieldText, NamesTheEndsOfTheRangeThatTheFieldHas)
+{
+    vak::SetTextLanguage(1036);
+    const auto told = [](double minimum, double maximum, FieldFault fault) {
+        return FaultText(FieldOf(FieldKind::Double, minimum, maximum), fault);
+    };
+    EXPECT_EQ(told(-0.5, 2, FieldFault::TooLarge), L"la valeur doit être comprise entre -0,5 et 2.");
+    EXPECT_EQ(told(0.25, kInf, FieldFault::TooSmall), L"la valeur doit être supérieure ou égale à 0,25.");
+    EXPECT_EQ(told(-kInf, 3, FieldFault::TooLarge), L"la valeur doit être inférieure ou égale à 3.");
+    EXPECT_EQ(FaultText(FieldOf(FieldKind::Int, 1), FieldFault::TooLarge),
+              L"la valeur doit être comprise entre 1 et 2147483647.");
+    EXPECT_EQ(FaultText(FieldOf(FieldKind::Text, 0, 8), FieldFault::TooLong),
+              L"le texte ne doit pas dépasser 8 caractères.");
+}
+
+TEST(FieldText, ShowsWhatAStoreHasOrTheDefault)
+{
+    struct Row
+    {
+        FieldBinding field;
+        void (*put)(CCustomData& store);
+        const wchar_t* text;
+    };
+    FieldBinding halves = FieldOf(FieldKind::Float, 1, 9, 1);
+    halves.number = 0.5;
+    FieldBinding named = FieldOf(FieldKind::Text);
+    named.text = L"sans nom";
+    const FieldBinding whole = FieldOf(FieldKind::Int, 3);
+    const FieldBinding cents = FieldOf(FieldKind::Double, -kInf, kInf, 2);
+    const FieldBinding color = FieldOf(FieldKind::Color);
+    const Row rows[] = {
+        {whole, [](CCustomData&) {}, L"3"},
+        {whole, [](CCustomData& s) { s.SetInt(kId, -5); }, L"-5"},
+        {whole, [](CCustomData& s) { s.SetULongLong(kId, 5); }, L"5"},
+        {whole, [](CCustomData& s) { s.SetULongLong(kId, 1ull << 40); }, L"3"},
+        {whole, [](CCustomData& s) { s.SetFloat(kId, 5); }, L"3"},
+        {whole, [](CCustomData& s) { s.SetBinary(kId, "abcd", 4); }, L"3"},
+        {FieldOf(FieldKind::Bool), [](CCustomData& s) { s.SetBool(kId, -7); }, L"1"},
+        {halves, [](CCustomData&) {}, L"1,0"},
+        {halves, [](CCustomData& s) { s.SetDouble(kId, 1e300); }, L"inf"},
+        {FieldOf(FieldKind::Float), [](CCustomData& s) { s.SetDouble(kId, 0.1); }, L"0,1"},
+        {cents, [](CCustomData& s) { s.SetDouble(kId, 1.875); }, L"1,88"},
+        {cents, [](CCustomData& s) { s.SetInt(kId, 12); }, L"12,00"},
+        {cents, [](CCustomData& s) { s.SetDouble(kId, -2.5e22); }, L"-2,5e+22"},
+        {named, [](CCustomData&) {}, L"sans nom"},
+        {named, [](CCustomData& s) { s.SetStringA(kId, "plain"); }, L"plain"},
+        {named, [](CCustomData& s) { s.SetString(kId, L""); }, L""},
+        {named, [](CCustomData& s) { s.SetDouble(kId, 1); }, L"sans nom"},
+        {color, [](CCustomData& s) { s.SetUInt(kId, 0x0080FF); }, L"#FF8000"},
+        {color, [](CCustomData& s) { s.SetBinary(kId, CRGBColor(1, 2, 3).ValPtr(), 4); }, L"#010203"},
+        {color, [](CCustomData& s) { s.SetFloat(kId, 1); }, L"#000000"},
+    };
+    vak::SetTextLanguage(1036);
+    for (const Row& row : rows) {
+        CCustomData store;
+        row.put(store);
+        EXPECT_EQ(TextFromStore(row.field, store), CString(row.text));
+    }
+    CCustomData cent;
+    cent.SetDouble(kId, 0.01);
+    vak::SetTextLanguage(1033);
+    EXPECT_EQ(TextFromStore(cents, cent), L"0.01");
+    vak::SetTextLanguage(1036);
+}
+
+TEST(FieldText, ComesBackAsTheSameBits)
+{
+    const float floats[] = {0.1f, 1 / 3.0f, FLT_MAX, FLT_MIN, -0.0f};
+    const double doubles[] = {0.1, 1 / 3.0, DBL_MAX, DBL_MIN, 123456789.123456789};
+    const LONGLONG longs[] = {LLONG_MIN, LLONG_MAX, 1ll << 53 | 1};
+    const auto comesBack = [](FieldKind kind, const CCustomData& store) {
+        CCustomData read;
+        StoreText(FieldOf(kind), TextFromStore(FieldOf(kind), store), read);
+        return read.IsEqual(store) && read.GetDataKindOf(kId) == store.GetDataKindOf(kId);
+    };
+    CCustomData store;
+    for (const float value : floats)
+        EXPECT_TRUE((store.SetFloat(kId, value), comesBack(FieldKind::Float, store))) << value;
+    for (const double value : doubles)
+        EXPECT_TRUE((store.SetDouble(kId, value), comesBack(FieldKind::Double, store))) << value;
+    for (const LONGLONG value : longs)
+        EXPECT_TRUE((store.SetLongLong(kId, value), comesBack(FieldKind::LongLong, store))) << value;
+}
