@@ -151,6 +151,11 @@ private:
     /// Called before they are used; tells nobody.
     virtual void Follow() const;
     vak::detail::TrackerShape Shape() const;
+    void Store(CRect const& rect);
+    void TellAboutOutline(int event, CRect const& rect);
+    void DrawHatching(CDC& dc) const;
+    void DrawOutline(CDC& dc) const;
+    void DrawHandles(CDC& dc) const;
     bool TrackHandle(int hit, CWnd* wnd, CPoint point, CWnd* clipTo);
 
     vak::detail::TrackerDrag* m_drag = nullptr;

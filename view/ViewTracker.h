@@ -78,7 +78,10 @@ private:
     CRect ToDocument(CRect const& rect, bool clamp) const;
     CRect Kept(CRect const& docRect) const;
     void Show(CRect const& docRect, CRect const& clientRect);
-    void InvalidateCovered(CRect const& covered) const;
+    /// Has the window painted anew where the tracker is, and was.
+    void InvalidateWith(CRect const& former) const;
+    bool IsBounded() const { return (m_flags & vak::InsideDocument) != 0; }
+    CRect Document() const;
 
     mutable Place m_place;
 };
