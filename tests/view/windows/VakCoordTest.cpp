@@ -1,0 +1,174 @@
+#include "view/VakCoord.h"
+#include "framework/ui/DC.h"
+#include "framework/ui/ScrollView.h"
+#include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <vector>
+
+namespace {
+
+class Coord : public CVakCoord
+{
+public:
+    using CVakCoord::CVakCoord;
+    bool IsInOrder() const
+    {
+        const void* const* const words = reinterpret_cast<const void* const*>(this);
+        const void* const fields[] = {&m_wnd, &m_view, &m_geometry};
+        return fields[0] == words + 1 && fields[1] == words + 2 && fields[2] == words + 3;
+    }
+};
+
+/// A window with a client area of 300 x 200 pixels, at (20, 30) on the screen.
+template <class Base>
+class Window : public Base
+{
+public:
+    explicit Window(CSize document, DWORD style = WS_POPUP | WS_VISIBLE)
+    {
+        this->CreateEx(0, AfxRegisterWndClass(0), L"", style, CRect(20, 30, 320, 230), nullptr, 0);
+        m_coord.Init(this, document);
+        ValidateRect(this->GetSafeHwnd(), nullptr);
+    }
+    bool IsInvalid() const
+    {
+        RECT area{};
+        return GetUpdateRect(this->GetSafeHwnd(), &area, FALSE) && CRect(area) == this->GetClientRect();
+    }
+
+    CVakCoord m_coord;
+    /// What WM_SETREDRAW was sent with.
+    std::vector<WPARAM> m_redraws;
+
+protected:
+    BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) override
+    {
+        if (message == WM_SETREDRAW)
+            m_redraws.push_back(wParam);
+        return Base::OnWndMsg(message, wParam, lParam, result);
+    }
+    void OnSize(UINT type, int cx, int cy) override
+    {
+        Base::OnSize(type, cx, cy);
+        CSize client(cx, cy);
+        m_coord.ClientSizeChange(client);
+    }
+};
+
+class View : public Window<CScrollView>
+{
+public:
+    using Window::Window;
+    CPoint Position() const
+    {
+        EXPECT_EQ(GetScrollPosition(), m_coord.GetScrollPos());
+        return GetScrollPosition();
+    }
+
+protected:
+    void OnDraw(CDC*) override {}
+};
+
+constexpr COLORREF kRed = RGB(255, 0, 0), kGreen = RGB(0, 255, 0), kBlue = RGB(0, 0, 255);
+
+/// On a red window, EraseBackground paints green around a document of 100 x 50 pixels, and the caller then
+/// blue all over. The pixels in between: background, the frame's two sides, page; and in the end: page,
+/// frame.
+std::vector<COLORREF> Erased(unsigned int flags)
+{
+    Window<CWnd> window(CSize(100, 50));
+    CClientDC dc(&window);
+    CBrush blue(kBlue);
+    dc.FillSolidRect(window.GetClientRect(), kRed);
+    window.m_coord.EraseBackground(&dc, kGreen, flags);
+    std::vector<COLORREF> seen;
+    for (const CPoint& point : {CPoint(0, 0), CPoint(99, 100), CPoint(200, 74), CPoint(100, 75)})
+        seen.push_back(dc.GetPixel(point));
+    dc.FillRect(window.GetClientRect(), &blue);
+    dc.SelectClipRgn(nullptr);
+    seen.insert(seen.end(), {dc.GetPixel(199, 124), dc.GetPixel(200, 125)});
+    return seen;
+}
+
+} // namespace
+
+TEST(VakCoordTest, KeepsItsFieldsInOrderAndDoesWithoutWindow)
+{
+    CSize document(100, 50), delta(7, 1000);
+    Coord coord(nullptr, document);
+    EXPECT_TRUE(coord.IsInOrder());
+    EXPECT_TRUE(coord.SetZoomAndCenter(2, CPoint(3, 3), FALSE, TRUE) && coord.Zoom(TRUE));
+    EXPECT_TRUE(!coord.SetZoom(3.2f, TRUE) && coord.Scroll(delta));
+    EXPECT_EQ(coord.GetScrollPos(), CPoint(16, 150));
+    View view(CSize(1000, 500));
+    CVakCoord copy = view.m_coord;
+    EXPECT_EQ(copy.GetView(), &view);
+    view.DestroyWindow();
+    EXPECT_TRUE(copy.SetZoom(2, FALSE) && copy.Scroll(delta));
+    EXPECT_EQ(copy.GetScrollPos(), CPoint(7, 1000));
+}
+
+TEST(VakCoordTest, ErasesAroundThePageAndSetsTheClipping)
+{
+    EXPECT_EQ(Erased(0), (std::vector{kGreen, kGreen, kGreen, kRed, kBlue, kBlue}));
+    constexpr COLORREF kLight = RGB(255, 255, 255), kShade = RGB(128, 128, 128);
+    EXPECT_EQ(Erased(3), (std::vector{kGreen, kLight, kShade, kRed, kBlue, kShade}));
+}
+
+TEST(VakCoordTest, ZoomsAroundTheCursorWithoutDrawingMeanwhile)
+{
+    Window<CWnd> window(CSize(2000, 2000)), hidden(CSize(2000, 2000), WS_POPUP);
+    SetCursorPos(20 + 250, 30 + 40);
+    EXPECT_FALSE(window.m_coord.SetZoom(1, FALSE) || window.IsInvalid()) << "nothing to change";
+    for (Window<CWnd>* each : {&window, &hidden}) {
+        EXPECT_TRUE(each->m_coord.SetZoomAndCenter(4, CPoint(700, 800), TRUE, TRUE));
+        EXPECT_EQ(each->m_coord.GetScrollPos(), CPoint(700 * 4 - 250, 800 * 4 - 40));
+    }
+    EXPECT_TRUE(window.IsInvalid());
+    EXPECT_EQ(window.m_redraws, (std::vector<WPARAM>{0, 1}));
+    EXPECT_TRUE(hidden.m_redraws.empty() && !IsWindowVisible(hidden.GetSafeHwnd()));
+    window.m_coord.SetVisDoc(CRect(600, 600, 750, 700));
+    CRect seen;
+    window.m_coord.GetVisDoc(seen);
+    EXPECT_EQ(seen, CRect(600, 600, 751, 701));
+}
+
+TEST(VakCoordTest, KeepsItsScrollViewInStep)
+{
+    View view(CSize(1000, 150));
+    CVakCoord& coord = view.m_coord;
+    CSize delta(900, 900), small(10, 10);
+    EXPECT_TRUE(coord.Scroll(delta) && !coord.Scroll(delta));
+    EXPECT_EQ(view.Position(), CPoint(700, 0));
+    EXPECT_TRUE(coord.SetZoom(3, TRUE));
+    EXPECT_EQ(view.Position(), CPoint(700, 0)) << "the position stays where it can";
+    EXPECT_EQ(view.GetTotalSize(), CSize(3000, 450));
+    EXPECT_LT(view.GetClientRect().Width(), 300) << "the bars take room, which fitting gives back";
+    coord.AutoFit(TRUE, TRUE);
+    EXPECT_EQ(coord.GetZoom(), 0.3f * 0.98f);
+    EXPECT_EQ(view.Position(), CPoint());
+    EXPECT_EQ(coord.ClientCenter(), CPoint(147, 22));
+    coord.Init(&view, small);
+    coord.AutoFit(TRUE, FALSE);
+    EXPECT_EQ(coord.GetZoom(), 1);
+}
+
+TEST(VakCoordTest, ComesBackToTheSamePixelsAroundTheSamePoint)
+{
+    // The document fits at the smallest zooms, so that bars come and go; in the corner that matters.
+    View view(CSize(1000, 800));
+    SetCursorPos(20 + 270, 30 + 170);
+    for (const CPoint& point : {CPoint(990, 795), CPoint(333, 217)}) {
+        std::map<float, CPoint> known;
+        for (int i = 0; i < 60; ++i) {
+            const int in = i % 20 >= 8;
+            view.m_coord.SetZoomAndCenter(view.m_coord.GetDefaultRatio(in), point, TRUE, TRUE);
+            const auto first = known.try_emplace(view.m_coord.GetZoom(), view.Position()).first;
+            EXPECT_EQ(first->second, view.Position()) << first->first;
+        }
+        EXPECT_GT(known.size(), 8u);
+    }
+}
