@@ -1,12 +1,12 @@
 #include "view/detail/ViewGeometry.h"
 
 #include "view/NearestInt.h"
+#include "view/detail/Saturated.h"
 
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 
 namespace vak::detail {
@@ -21,23 +21,14 @@ static_assert(offsetof(ViewGeometry, client) == 0 && offsetof(ViewGeometry, disc
 
 namespace {
 
-using Wide = std::int64_t;
-
-int Saturated(Wide value)
-{
-    constexpr Wide kLow = std::numeric_limits<int>::min();
-    constexpr Wide kHigh = std::numeric_limits<int>::max();
-    return static_cast<int>(std::clamp(value, kLow, kHigh));
-}
-
 int SumOf(int a, int b)
 {
-    return Saturated(Wide(a) + b);
+    return Saturated(WideInt(a) + b);
 }
 
 int DifferenceOf(int a, int b)
 {
-    return Saturated(Wide(a) - b);
+    return Saturated(WideInt(a) - b);
 }
 
 int Scaled(int value, float zoom)
@@ -79,7 +70,7 @@ int AnchoredCoordinate(int documentPoint, int anchor, float zoom)
 }
 
 /// The zoomed document pixel's middle or corner, moved by `origin`.
-int Mapped(int value, float zoom, bool center, Wide origin)
+int Mapped(int value, float zoom, bool center, WideInt origin)
 {
     const float corner = static_cast<float>(value) * zoom;
     return Saturated(NearestInt(center ? corner + zoom / 2 : corner) + origin);
@@ -186,7 +177,7 @@ CPoint ViewGeometry::VisibleCenter() const
 {
     CRect seen = visible;
     seen.NormalizeRect();
-    const auto middle = [](int low, int high) { return static_cast<int>((Wide(low) + high + 1) / 2); };
+    const auto middle = [](int low, int high) { return static_cast<int>((WideInt(low) + high + 1) / 2); };
     return {middle(seen.left, seen.right), middle(seen.top, seen.bottom)};
 }
 
@@ -237,8 +228,8 @@ CRect ViewGeometry::ToViewport(const CRect& rect, bool center) const
 
 CPoint ViewGeometry::ToPage(CPoint point, bool center) const
 {
-    return {Mapped(point.x, zoom, center, Wide(page.left) - scroll.x),
-            Mapped(point.y, zoom, center, Wide(page.top) - scroll.y)};
+    return {Mapped(point.x, zoom, center, WideInt(page.left) - scroll.x),
+            Mapped(point.y, zoom, center, WideInt(page.top) - scroll.y)};
 }
 
 CRect ViewGeometry::ToPage(const CRect& rect, bool center) const
@@ -255,7 +246,7 @@ bool ViewGeometry::IsOnPage(CRect rect) const
 bool ViewGeometry::ToDocument(CPoint& point) const
 {
     const auto pixel = [this](int value, int origin, int by) {
-        return Truncate(Unscaled(Saturated(Wide(value) - origin + by), zoom));
+        return Truncate(Unscaled(Saturated(WideInt(value) - origin + by), zoom));
     };
     const CPoint hit(pixel(point.x, page.left, scroll.x), pixel(point.y, page.top, scroll.y));
     point = CPoint(OnDocument(hit.x, document.cx - 1), OnDocument(hit.y, document.cy - 1));
@@ -265,7 +256,7 @@ bool ViewGeometry::ToDocument(CPoint& point) const
 CRect ViewGeometry::ToDocument(const CRect& rect, ToDocumentRule rule) const
 {
     const auto side = [this, rule](int value, int by, int origin, bool isLow, int size) {
-        const float exact = Unscaled(Saturated(Wide(value) + by - origin), zoom);
+        const float exact = Unscaled(Saturated(WideInt(value) + by - origin), zoom);
         const int rounded =
             !rule.outward ? NearestInt(exact) : Truncate(isLow ? std::floor(exact) : std::ceil(exact));
         return rule.clamp ? OnDocument(rounded, rule.exclusiveEdge ? size : size - 1) : rounded;

@@ -2,6 +2,7 @@
 #include "framework/ui/DC.h"
 #include "framework/ui/ScrollView.h"
 #include "tests/support/Print.h"
+#include "view/ViewTracker.h"
 
 #include <gtest/gtest.h>
 
@@ -171,4 +172,31 @@ TEST(VakCoordTest, ComesBackToTheSamePixelsAroundTheSamePoint)
         }
         EXPECT_GT(known.size(), 8u);
     }
+}
+
+TEST(VakCoordTest, MakesTrackersOfRectanglesAndOfDrags)
+{
+    Window<CWnd> window(CSize(100, 50));
+    CVakCoord& coord = window.m_coord;
+    float ratio = 0;
+    CViewTracker* tracker = coord.InitTracker(CRect(150, 80, 120, 80), 2, vak::ResizeInside);
+    EXPECT_EQ(tracker->GetConstraint(ratio), 2);
+    EXPECT_EQ(ratio, -30) << "a height of 0 counts as 1";
+    EXPECT_EQ(tracker->GetDocRect(), CRect(20, 5, 50, 5));
+    coord.ReleaseTracker(tracker);
+
+    // The corner is ahead of the mouse by the minimum size of 18, and stops at the document's edge.
+    PostMessage(window.GetSafeHwnd(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(150, 119));
+    PostMessage(window.GetSafeHwnd(), WM_LBUTTONUP, 0, MAKELPARAM(150, 119));
+    tracker = coord.InitTracker(CPoint(110, 80), 0, 1, vak::ResizeInside);
+    ASSERT_NE(tracker, nullptr);
+    EXPECT_EQ(tracker->GetDocRect(), CRect(10, 5, 68, 50));
+    ValidateRect(window.GetSafeHwnd(), nullptr);
+    coord.ReleaseTracker(tracker);
+    EXPECT_TRUE(GetUpdateRect(window.GetSafeHwnd(), nullptr, FALSE));
+    coord.ReleaseTracker(nullptr);
+    PostMessage(window.GetSafeHwnd(), WM_RBUTTONDOWN, MK_LBUTTON | MK_RBUTTON, 0);
+    CRect docRect(1, 2, 3, 4);
+    EXPECT_FALSE(coord.DoRubberBandTracker(docRect, CPoint(110, 80), 0, 1));
+    EXPECT_EQ(docRect, CRect());
 }
