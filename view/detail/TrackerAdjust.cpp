@@ -143,8 +143,9 @@ CRect Nudged(const CRect& rect, CSize step, HeldKeys keys, const float* ratio, c
         result.right = Saturated(WideInt(result.left) + Unscaled(HeightOf(result), *ratio));
     if (!bounds)
         return result;
-    const CRect shifted = ShiftedInside(result, *bounds);
-    return isResize && !(shifted == result) ? rect : shifted;
+    if (!isResize)
+        return ShiftedInside(result, *bounds);
+    return LiesInside(result, *bounds) ? result : rect;
 }
 
 CRect ShiftedInside(const CRect& rect, const CRect& bounds)
