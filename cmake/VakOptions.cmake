@@ -24,7 +24,7 @@ target_link_libraries(vak_settings INTERFACE Threads::Threads)
 if(WIN32)
   target_compile_definitions(vak_settings INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN
     _WIN32_WINNT=0x0601 WINVER=0x0601)
-  set(VAK_SYSTEM_LIBRARIES shlwapi shell32 ole32 uuid mpr comdlg32 comctl32 gdi32 user32 advapi32)
+  set(VAK_SYSTEM_LIBRARIES shlwapi shell32 ole32 uuid mpr version comdlg32 comctl32 gdi32 user32 advapi32)
 else()
   target_compile_options(vak_settings INTERFACE -fshort-wchar)
 endif()

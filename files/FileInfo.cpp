@@ -4,7 +4,7 @@
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
 #include "files/NetworkPath.h"
-#include "framework/base/SystemFolder.h"
+#include "framework/base/SystemShortcut.h"
 #include "framework/base/detail/PathText.h"
 
 namespace {
@@ -124,9 +124,9 @@ int CFileInfo::GetDigitInfo(CString& stem, ULONGLONG& number, int& digits) const
 
 int CFileInfo::ResolveShortcut()
 {
-    CString target;
-    if (!IsShortcut() || !vak::system::ReadShortcutTarget(m_completeName, target) || target.IsEmpty())
+    vak::system::Shortcut shortcut;
+    if (!IsShortcut() || !vak::system::ReadShortcut(m_completeName, shortcut))
         return 0;
-    Init(target);
+    Init(shortcut.target);
     return 1;
 }

@@ -41,9 +41,6 @@ VAK_INTERNAL_API bool LongPath(const CString& path, CString& longPath);
 VAK_INTERNAL_API bool IsRemoteDrive(const CString& root);
 /// True when the file holds a program that the system can start; a library is none.
 VAK_INTERNAL_API bool IsProgramImage(const CString& path);
-/// Reads the path that a shell shortcut leads to; what it leads to need not exist. False where there is no
-/// shell.
-VAK_INTERNAL_API bool ReadShortcutTarget(const CString& shortcut, CString& target);
 
 /// What the shell calls files of an extension (with its dot, or empty), or folders ("jpg file"). The disk is
 /// not asked. Natively there are no registered names: always the extension in front of " file".

@@ -26,4 +26,8 @@ void* FindSymbol(HMODULE module, const CStringA& name);
 /// The module that `address` lies in, not counted; null for none.
 HMODULE ModuleAt(const void* address);
 
+/// What a program or library says that it is, in the first language of its version information; empty when it
+/// says nothing. None of its code is run.
+VAK_INTERNAL_API CString ModuleDescription(const CString& path);
+
 } // namespace vak::system

@@ -168,11 +168,6 @@ bool IsProgramImage(const CString& path)
     return (LittleEndian(header.data() + 22, 2) & kIsLibrary) == 0;
 }
 
-bool ReadShortcutTarget(const CString&, CString&)
-{
-    return false;
-}
-
 CString FileTypeName(const CString& extension, bool isFolder)
 {
     if (isFolder)

@@ -1,5 +1,9 @@
 #include "framework/base/SystemModule.h"
 
+#include <winver.h>
+
+#include <vector>
+
 namespace vak::system {
 
 namespace {
@@ -55,6 +59,31 @@ HMODULE WithError(HMODULE module, DWORD& error)
     return module;
 }
 
+/// The version information of a file; empty when it has none.
+std::vector<BYTE> VersionOf(const CString& path)
+{
+    constexpr DWORD kMost = 1 << 20;
+    DWORD unused = 0;
+    const DWORD size = GetFileVersionInfoSizeW(path, &unused);
+    if (size == 0 || size > kMost)
+        return {};
+    std::vector<BYTE> version(size);
+    if (!GetFileVersionInfoW(path, 0, size, version.data()))
+        return {};
+    return version;
+}
+
+/// A value of version information; `count` in the value's own units, null and 0 when it is not there.
+template <class Unit>
+const Unit* VersionValue(const std::vector<BYTE>& version, const CString& name, UINT& count)
+{
+    void* value = nullptr;
+    count = 0;
+    if (version.empty() || !VerQueryValueW(version.data(), name, &value, &count))
+        count = 0;
+    return count > 0 ? static_cast<const Unit*>(value) : nullptr;
+}
+
 } // namespace
 
 HMODULE MapModule(const CString& path, DWORD& error)
@@ -90,6 +119,31 @@ HMODULE ModuleAt(const void* address)
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        static_cast<LPCWSTR>(address), &module);
     return module;
+}
+
+CString ModuleDescription(const CString& path)
+{
+    struct Language
+    {
+        WORD language;
+        WORD codePage;
+    };
+    const QuietErrors quiet;
+    const std::vector<BYTE> version = VersionOf(path);
+    UINT size = 0;
+    const Language* const languages = VersionValue<Language>(version, L"\\VarFileInfo\\Translation", size);
+    for (UINT i = 0; i < size / sizeof(Language); ++i) {
+        CString name;
+        name.Format(L"\\StringFileInfo\\%04x%04x\\FileDescription", languages[i].language,
+                    languages[i].codePage);
+        UINT length = 0;
+        const wchar_t* const text = VersionValue<wchar_t>(version, name, length);
+        const CString description(text, static_cast<int>(length));
+        const int end = description.Find(L'\0');
+        if (length > 0 && end != 0)
+            return end < 0 ? description : description.Left(end);
+    }
+    return {};
 }
 
 } // namespace vak::system
