@@ -102,3 +102,7 @@
 #include "view/VakTracker.h"
 #include "view/ViewTracker.h"
 #include "view/VakCoord.h"
+
+#include "platform/KeyName.h"
+#include "platform/Shortcut.h"
+#include "platform/ShortcutsArray.h"

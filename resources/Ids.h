@@ -3,7 +3,7 @@
 
 /* Identifiers of the library's texts. Read by the compiler and by the resource compiler, so: plain macros.
    Ranges: 1000 paths, 1100 file kinds, 1200 load/save, 1300 dates and sizes, 1400 exceptions,
-   1500 tags, 1600 batches, 1700 zip archives, 1800 fields of dialogs, 5260 colours, 5282 and 5302 truth values,
+   1500 tags, 1600 batches, 1700 zip archives, 1800 fields of dialogs, 1900 keys, 5260 colours, 5282 and 5302 truth values,
    0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
@@ -140,6 +140,11 @@
 #define IDS_FIELD_TOO_LONG 1809
 #define IDS_FIELD_NO_CHOICE 1810
 #define IDS_FIELD_NOT_A_COLOR 1811
+
+/* 1900: keys */
+#define IDS_KEY_NAME 1900 /* the keys with a name of their own, in their table's order */
+#define IDS_KEY_ENTER 1906
+#define IDS_KEY_OF_NUMBER_PAD 1940 /* one argument: what the key types */
 
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200

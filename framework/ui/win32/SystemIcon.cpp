@@ -1,0 +1,59 @@
+#include "framework/ui/SystemIcon.h"
+
+#include "framework/base/win32/Com.h"
+#include "framework/ui/win32/IconEntries.h"
+
+namespace vak::win32 {
+
+IconEntries& CurrentIconEntries()
+{
+    static IconEntries entries = {SHGetFileInfoW, DestroyIcon};
+    return entries;
+}
+
+} // namespace vak::win32
+
+namespace vak::system {
+
+namespace {
+
+/// Asks the shell about a path, without the boxes that the system shows for drives without a disk.
+bool Ask(const CString& path, UINT what, SHFILEINFOW& info)
+{
+    // Longer ones the shell would cut, and take for another file.
+    if (path.IsEmpty() || path.GetLength() >= MAX_PATH)
+        return false;
+    const win32::ComScope com;
+    DWORD before = 0;
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before);
+    const DWORD_PTR found = win32::CurrentIconEntries().getFileInfo(path, 0, &info, sizeof info, what);
+    SetThreadErrorMode(before, nullptr);
+    return found != 0;
+}
+
+} // namespace
+
+HICON FileIcon(const CString& path, int flags)
+{
+    constexpr UINT kSizes = SHGFI_LARGEICON | SHGFI_SMALLICON | SHGFI_SHELLICONSIZE;
+    SHFILEINFOW info{};
+    return Ask(path, SHGFI_ICON | (static_cast<UINT>(flags) & kSizes), info) ? info.hIcon : nullptr;
+}
+
+void FreeFileIcon(HICON icon)
+{
+    if (icon != nullptr)
+        win32::CurrentIconEntries().destroyIcon(icon);
+}
+
+CString FileIconLocation(const CString& path, int& index)
+{
+    SHFILEINFOW info{};
+    index = 0;
+    if (!Ask(path, SHGFI_ICONLOCATION, info) || info.szDisplayName[0] == 0)
+        return {};
+    index = info.iIcon;
+    return info.szDisplayName;
+}
+
+} // namespace vak::system
