@@ -2,6 +2,7 @@
 
 #include "core/HashTable.h"
 #include "examples/vakconvert/Archives.h"
+#include "files/FileInfo.h"
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
 #include "files/IoFile.h"
@@ -80,6 +81,19 @@ private:
     std::vector<Source> m_found;
 };
 
+/// Puts what a shortcut leads to in its place; `problem` says why that is not possible.
+CString Resolved(const CString& source, CString& problem)
+{
+    CFileInfo info(source, FILEINFO_FILE);
+    if (info.IsShortcut() == 0 || fileExists(source) == 0)
+        return source;
+    if (info.ResolveShortcut() == 0)
+        problem = L"the shortcut is damaged or leads to no file";
+    else if (fileExists(info.GetCompleteName()) == 0)
+        problem = L"the shortcut leads to " + info.GetCompleteName() + L", which is not there";
+    return info.GetCompleteName();
+}
+
 } // namespace
 
 CString ShownName(const Source& source)
@@ -115,11 +129,16 @@ std::vector<Source> FindSources(const Settings& settings, const Batch& batch, Ar
                                 std::vector<CString>& problems)
 {
     Search search(settings.recurse, batch);
-    for (const CString& source : settings.sources) {
+    for (const CString& given : settings.sources) {
         const std::size_t before = search.Count();
+        CString problem;
+        const CString source = Resolved(given, problem);
         CString archive = source;
         CString inner;
-        CString problem;
+        if (!problem.IsEmpty()) {
+            problems.push_back(given + L": " + problem);
+            continue;
+        }
         if (Archives::Split(archive, inner)) {
             if (search.AddArchived(archives, archive, inner, problem))
                 continue;

@@ -1,4 +1,5 @@
 #include "tests/examples/Vakconvert.h"
+#include "platform/Shortcut.h"
 
 #include <filesystem>
 #include <utility>
@@ -130,4 +131,19 @@ TEST_F(Vakconvert, KeepsOptionsForLaterRunsWhenAsked)
     EXPECT_EQ(Run(L"--to stl -y --option binary=0 --save-options @a.obj"), 0u) << m_output;
     EXPECT_EQ(Run(L"--to stl -y @a.obj"), 0u);
     EXPECT_EQ(m_folder.Read("a.stl").substr(0, 5), "solid");
+}
+
+TEST_F(Vakconvert, TakesAShortcutForWhatItLeadsTo)
+{
+    m_folder.Write("models\\a.obj", kTriangle);
+    m_folder.Write("b.obj", kTriangle);
+    const auto lead = [&](const char* name, const char* target) {
+        return CShortcut::CreateShortcut(m_folder.Path(name), m_folder.Path(target), L"", L"", L"", 0);
+    };
+    ASSERT_TRUE(lead("folder.lnk", "models") && lead("file.lnk", "b.obj") && lead("broken.lnk", "c.obj"));
+    m_folder.Write("damaged.lnk", "L");
+    EXPECT_EQ(Run(L"--to .stl --dest @out @folder.lnk @file.lnk @broken.lnk @damaged.lnk"), 1u);
+    EXPECT_EQ(Made(".stl"), (Names{"out/a.stl", "out/b.stl"}));
+    EXPECT_TRUE(Says("c.obj, which is not there") && Says("damaged.lnk: the shortcut is damaged"))
+        << m_output;
 }
