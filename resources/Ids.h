@@ -3,8 +3,8 @@
 
 /* Identifiers of the library's texts. Read by the compiler and by the resource compiler, so: plain macros.
    Ranges: 1000 paths, 1100 file kinds, 1200 load/save, 1300 dates and sizes, 1400 exceptions,
-   1500 tags, 1600 batches, 1700 zip archives, 1800 fields of dialogs, 1900 keys, 5260 colours, 5282 and 5302 truth values,
-   0xF100 the platform's own file prompts. */
+   1500 tags, 1600 batches, 1700 zip archives, 1800 fields of dialogs, 1900 keys, 5260 colours, 5282 and 5302
+   truth values, 0xF100 the platform's own file prompts. */
 
 /* 1000: paths */
 #define IDS_NAME_EMPTY 1000
