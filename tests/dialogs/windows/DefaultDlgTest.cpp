@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -87,221 +88,118 @@ protected:
         EXPECT_EQ(driver.Seen(), 1);
     }
 
-    static CString TextOf(ProbeDialog& dialog, int id)
-    {
-        return DialogDriver::TextOf(dialog.GetSafeHwnd(), id);
-    }
-
     vak::test::MessageRecorder m_recorder;
 };
 
+/// A store with that value under the id.
+struct Of : CCustomData
+{
+    Of(unsigned int id, bool value) { SetBool(id, value); }
+    Of(unsigned int id, int value) { SetInt(id, value); }
+    Of(unsigned int id, unsigned int value) { SetUInt(id, value); }
+    Of(unsigned int id, ULONGLONG value) { SetULongLong(id, value); }
+    Of(unsigned int id, float value) { SetFloat(id, value); }
+    Of(unsigned int id, double value) { SetDouble(id, value); }
+    Of(unsigned int id, const CString& value) { SetString(id, value); }
+    Of(unsigned int id, const wchar_t* value) { SetString(id, value); }
+    Of(unsigned int id, const CRGBColor& value) { SetBinary(id, value.ValPtr(), 4); }
+};
+
+/// Whether both have the same kind and bytes under the id.
 bool AreSame(const CCustomData& a, const CCustomData& b, unsigned int id)
 {
-    CCustomData onlyA;
-    CCustomData onlyB;
-    onlyA.CopyID(&a, id, 0u);
-    onlyB.CopyID(&b, id, 0u);
-    return onlyA.HasData() == onlyB.HasData() && onlyA.IsEqual(onlyB) &&
-           onlyA.GetDataKindOf(id) == onlyB.GetDataKindOf(id);
+    const unsigned int size = a.GetDataSize(id);
+    return size == b.GetDataSize(id) && a.GetDataKindOf(id) == b.GetDataKindOf(id) &&
+           (size == 0 || std::memcmp(a.GetCustomPtr(id), b.GetCustomPtr(id), size) == 0);
 }
 
-/// What the user does in a control: types a text, clicks, or presses a key.
-void Type(HWND control, const wchar_t* text)
-{
-    SetWindowTextW(control, text);
-}
+/// What the user does in a control: clicks, presses the down key, or types that text.
+constexpr wchar_t kClick[] = L"<click>";
+constexpr wchar_t kDown[] = L"<down>";
 
-void Click(HWND control, const wchar_t*)
+void Do(HWND control, const CString& what)
 {
-    SendMessageW(control, BM_CLICK, 0, 0);
-}
-
-void PressDown(HWND control, const wchar_t*)
-{
-    SendMessageW(control, WM_KEYDOWN, VK_DOWN, 1);
-    SendMessageW(control, WM_KEYUP, VK_DOWN, 1);
+    if (what == kClick)
+        SendMessageW(control, BM_CLICK, 0, 0);
+    else if (what == kDown)
+        SendMessageW(control, WM_KEYDOWN, VK_DOWN, 1);
+    else
+        SetWindowTextW(control, what);
 }
 
 } // namespace
 
-TEST_F(DefaultDlg, ShowsAndSavesEachKindAndTellsWhatTheUserChanges)
+TEST_F(DefaultDlg, KeepsValuesBitForBitUntilTheUserChangesThem)
 {
     struct Row
     {
         FieldBinding field;
-        void (*stored)(CCustomData&);
-        void (*act)(HWND control, const wchar_t* text);
-        int actOn;
-        const wchar_t* text;
-        void (*expected)(CCustomData&);
+        CCustomData before;
+        int actOn = 0;
+        CString act{};
+        CCustomData after{};
     };
+    const FieldBinding spin{.control = 113, .kind = FieldKind::Spin, .minimum = 0, .maximum = 500};
+    const FieldBinding cents{.control = 102, .kind = FieldKind::Float, .decimals = 2};
+    const CRGBColor color(BYTE(1), BYTE(2), BYTE(3), BYTE(77));
+    using enum FieldKind;
     const Row rows[] = {
-        {{.control = 101, .property = 'QUAL', .kind = FieldKind::Int},
-         [](CCustomData& s) { s.SetInt('QUAL', 90); },
-         Type,
-         101,
-         L"-12",
-         [](CCustomData& s) { s.SetInt('QUAL', -12); }},
-        {{.control = 101, .kind = FieldKind::ULongLong},
-         [](CCustomData& s) { s.SetULongLong(101, 1); },
-         Type,
-         101,
-         L"18446744073709551615",
-         [](CCustomData& s) { s.SetULongLong(101, ~0ull); }},
-        {{.control = 102, .kind = FieldKind::Float, .decimals = 2},
-         [](CCustomData& s) { s.SetFloat(102, 1 / 3.0f); },
-         Type,
-         102,
-         L"2,5",
-         [](CCustomData& s) { s.SetFloat(102, 2.5f); }},
-        {{.control = 103, .kind = FieldKind::Text},
-         [](CCustomData& s) { s.SetString(103, L"avant"); },
-         Type,
-         103,
-         L"après\x4E2D",
-         [](CCustomData& s) { s.SetString(103, L"après\x4E2D"); }},
-        {{.control = 104, .kind = FieldKind::Bool},
-         [](CCustomData& s) { s.SetBool(104, 5); },
-         Click,
-         104,
-         nullptr,
-         [](CCustomData& s) { s.SetBool(104, 0); }},
-        {{.control = 105, .kind = FieldKind::ComboIndex},
-         [](CCustomData& s) { s.SetInt(105, 1); },
-         PressDown,
-         105,
-         nullptr,
-         [](CCustomData& s) { s.SetInt(105, 2); }},
-        {{.control = 105, .kind = FieldKind::Text},
-         [](CCustomData& s) { s.SetString(105, L"un"); },
-         PressDown,
-         105,
-         nullptr,
-         [](CCustomData& s) { s.SetString(105, L"deux"); }},
-        {{.control = 106, .kind = FieldKind::Text},
-         [](CCustomData& s) { s.SetStringA(106, "quatre"); },
-         PressDown,
-         106,
-         nullptr,
-         [](CCustomData& s) { s.SetString(106, L"un"); }},
-        {{.control = 107, .kind = FieldKind::ListIndex},
-         [](CCustomData& s) { s.SetInt(107, 0); },
-         PressDown,
-         107,
-         nullptr,
-         [](CCustomData& s) { s.SetInt(107, 1); }},
-        {{.control = 108, .kind = FieldKind::RadioIndex},
-         [](CCustomData& s) { s.SetInt(108, 0); },
-         Click,
-         110,
-         nullptr,
-         [](CCustomData& s) { s.SetInt(108, 2); }},
-        {{.control = 111, .kind = FieldKind::Slider, .minimum = -5, .maximum = 5},
-         [](CCustomData& s) { s.SetInt(111, -3); },
-         PressDown,
-         111,
-         nullptr,
-         [](CCustomData& s) { s.SetInt(111, -2); }},
-        {{.control = 113, .kind = FieldKind::Spin, .minimum = 0, .maximum = 500},
-         [](CCustomData& s) { s.SetInt(113, 400); },
-         PressDown,
-         112,
-         nullptr,
-         [](CCustomData& s) { s.SetInt(113, 399); }},
-        {{.control = 113, .kind = FieldKind::Spin, .minimum = 0, .maximum = 500},
-         [](CCustomData& s) { s.SetInt(113, 400); },
-         Type,
-         112,
-         L"7",
-         [](CCustomData& s) { s.SetInt(113, 7); }},
-        {{.control = 115, .kind = FieldKind::Color},
-         [](CCustomData& s) { s.SetBinary(115, CRGBColor(BYTE(1), BYTE(2), BYTE(3), BYTE(77)).ValPtr(), 4); },
-         Type,
-         115,
-         L"#FF8000",
-         [](CCustomData& s) { s.SetUInt(115, 77u << 24 | 0x0080FF); }},
+        {{.control = 101, .property = 'QU'}, Of('QU', 90), 101, L"-12", Of('QU', -12)},
+        {{101, 0, ULongLong}, Of(101, 1ull), 101, L"18446744073709551615", Of(101, ~0ull)},
+        {cents, Of(102, 1 / 3.0f), 102, L"2,5", Of(102, 2.5f)},
+        {{103, 0, Text}, Of(103, L"avant"), 103, L"apr\xE8s\x4E2D", Of(103, L"apr\xE8s\x4E2D")},
+        {{104, 0, Bool}, Of(104, true), 104, kClick, Of(104, false)},
+        {{105, 0, ComboIndex}, Of(105, 1), 105, kDown, Of(105, 2)},
+        {{105, 0, Text}, Of(105, L"un"), 105, kDown, Of(105, L"deux")},
+        {{106, 0, Text}, Of(106, L"quatre"), 106, kDown, Of(106, L"un")},
+        {{107, 0, ListIndex}, Of(107, 0), 107, kDown, Of(107, 1)},
+        {{108, 0, RadioIndex}, Of(108, 0), 110, kClick, Of(108, 2)},
+        {{111, 0, Slider, -5, 5}, Of(111, -3), 111, kDown, Of(111, -2)},
+        {spin, Of(113, 400), 112, kDown, Of(113, 399)},
+        {spin, Of(113, 400), 112, L"7", Of(113, 7)},
+        {{115, 0, Color}, Of(115, color), 115, L"#FF8000", Of(115, 77u << 24 | 0x0080FF)},
+        // What the control, the range or the kind of the field does not fit.
+        {{101, 0, Int, 0, 9}, Of(101, 1000)},
+        {{101, 0, Int}, Of(101, L"douze"), 101, L"12", Of(101, 12)},
+        {{102, 0, Double}, Of(102, std::numeric_limits<double>::quiet_NaN())},
+        {{103, 0, Text, 0, 3}, Of(103, CString(L'x', 1 << 18)), 103, L"abc", Of(103, L"abc")},
+        {{103, 0, Text}, Of(103, CString(L"a\nb\0c\xD800", 6))},
+        {{103, 0, Text}, Of(103, 12)},
+        {{104, 0, Bool}, Of(104, 2)},
+        {{105, 0, ComboIndex}, Of(105, 99)},
+        {{105, 0, Text}, Of(105, L"dix")},
+        {{107, 0, ListIndex}, Of(107, -9)},
+        {{108, 0, RadioIndex}, Of(108, 3)},
+        {{111, 0, Slider, 0, 9}, Of(111, 10)},
+        {spin, Of(113, 10.0)},
+        {{999, 0, Int}, Of(999, 1)},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.field.control);
         const unsigned int id = row.field.property != 0 ? row.field.property : row.field.control;
-        CCustomData before;
-        row.stored(before);
-        CCustomData after;
-        row.expected(after);
         ProbeDialog dialog;
-        row.stored(dialog.store);
+        CDefaultDlg& part = dialog.part;
+        dialog.store = row.before;
         dialog.store.SetInt(kOther, 1);
-        dialog.part.AddField(row.field);
+        part.AddField(row.field);
+        part.ReinitDialog(dialog.store);
+        CCustomData other;
+        part.SaveData(other);
+        EXPECT_TRUE(AreSame(other, row.before, id)) << "without a window";
         Show(dialog, [&] {
+            other = Of(id, 4711);
+            EXPECT_TRUE(!part.IsModified() && part.ValidateData(1, other) && AreSame(other, row.before, id));
+            EXPECT_TRUE(part.ValidateData(1, dialog.store) && AreSame(dialog.store, row.before, id));
             EXPECT_TRUE(dialog.changes.empty());
-            EXPECT_TRUE(dialog.part.ValidateData(1, dialog.store));
-            EXPECT_TRUE(AreSame(dialog.store, before, id));
-            row.act(dialog.GetDlgItem(row.actOn), row.text);
-            EXPECT_FALSE(dialog.changes.empty());
-            EXPECT_TRUE(dialog.part.IsModified());
-            EXPECT_TRUE(dialog.part.ValidateData(0, dialog.store));
-            EXPECT_TRUE(AreSame(dialog.store, before, id));
-            EXPECT_TRUE(dialog.part.ValidateData(1, dialog.store));
-            EXPECT_TRUE(AreSame(dialog.store, after, id));
-            EXPECT_FALSE(dialog.part.IsModified());
+            if (row.actOn == 0)
+                return;
+            Do(dialog.GetDlgItem(row.actOn), row.act);
+            EXPECT_EQ(dialog.changes, std::vector{row.field.control});
+            EXPECT_TRUE(part.ValidateData(0, dialog.store) && AreSame(dialog.store, row.before, id));
+            EXPECT_TRUE(part.IsModified() && part.ValidateData(1, dialog.store) && !part.IsModified());
+            EXPECT_TRUE(AreSame(dialog.store, row.after, id));
         });
-        for (const int control : dialog.changes)
-            EXPECT_EQ(control, row.field.control);
-        CCustomData only;
-        only.SetInt(kOther, 1);
-        EXPECT_TRUE(AreSame(dialog.store, only, kOther));
-    }
-}
-
-TEST_F(DefaultDlg, GivesBackWhatItCannotShowBitForBit)
-{
-    struct Row
-    {
-        FieldBinding field;
-        void (*put)(CCustomData&);
-    };
-    const Row rows[] = {
-        {{.control = 101, .kind = FieldKind::Int, .minimum = 0, .maximum = 9},
-         [](CCustomData& s) { s.SetInt(101, 1000); }},
-        {{.control = 101, .kind = FieldKind::Int}, [](CCustomData& s) { s.SetString(101, L"douze"); }},
-        {{.control = 102, .kind = FieldKind::Float, .decimals = 2},
-         [](CCustomData& s) { s.SetFloat(102, 1.23456f); }},
-        {{.control = 102, .kind = FieldKind::Double, .decimals = 0},
-         [](CCustomData& s) { s.SetDouble(102, std::numeric_limits<double>::quiet_NaN()); }},
-        {{.control = 103, .kind = FieldKind::Text, .maximum = 3},
-         [](CCustomData& s) { s.SetString(103, CString(L'x', 1 << 18)); }},
-        {{.control = 103, .kind = FieldKind::Text},
-         [](CCustomData& s) { s.SetString(103, CString(L"a\nb\0c\xD800", 6)); }},
-        {{.control = 103, .kind = FieldKind::Text}, [](CCustomData& s) { s.SetBinary(103, "\1\2\3", 3); }},
-        {{.control = 104, .kind = FieldKind::Bool}, [](CCustomData& s) { s.SetBool(104, 2); }},
-        {{.control = 105, .kind = FieldKind::ComboIndex}, [](CCustomData& s) { s.SetInt(105, 99); }},
-        {{.control = 105, .kind = FieldKind::Text}, [](CCustomData& s) { s.SetString(105, L"dix"); }},
-        {{.control = 107, .kind = FieldKind::ListIndex}, [](CCustomData& s) { s.SetInt(107, -9); }},
-        {{.control = 108, .kind = FieldKind::RadioIndex}, [](CCustomData& s) { s.SetInt(108, 3); }},
-        {{.control = 111, .kind = FieldKind::Slider, .minimum = 0, .maximum = 9},
-         [](CCustomData& s) { s.SetInt(111, 10); }},
-        {{.control = 113, .kind = FieldKind::Spin, .minimum = 0, .maximum = 9},
-         [](CCustomData& s) { s.SetDouble(113, 10); }},
-        {{.control = 114, .kind = FieldKind::Color}, [](CCustomData& s) { s.SetUInt(114, 0x80112233); }},
-        {{.control = 999, .kind = FieldKind::Int}, [](CCustomData& s) { s.SetInt(999, 1); }},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.field.control);
-        const auto id = static_cast<unsigned int>(row.field.control);
-        ProbeDialog dialog;
-        row.put(dialog.store);
-        dialog.part.AddField(row.field);
-        dialog.part.ReinitDialog(dialog.store);
-        CCustomData unopened;
-        dialog.part.SaveData(unopened);
-        EXPECT_TRUE(AreSame(unopened, dialog.store, id));
-        Show(dialog, [&] {
-            CCustomData saved;
-            saved.SetInt(id, 4711);
-            EXPECT_FALSE(dialog.part.IsModified());
-            EXPECT_TRUE(dialog.part.ValidateData(1, saved));
-            EXPECT_TRUE(AreSame(saved, dialog.store, id));
-        });
+        EXPECT_TRUE(AreSame(dialog.store, Of(kOther, 1), kOther));
     }
 }
 
@@ -323,14 +221,11 @@ TEST_F(DefaultDlg, TellsAllFailingFieldsAndSelectsTheFirst)
         EXPECT_FALSE(dialog.part.ValidateData(1, dialog.store));
         EXPECT_EQ(GetFocus(), dialog.GetDlgItem(101));
         EXPECT_EQ(dialog.SendDlgItemMessage(101, EM_GETSEL), MAKELPARAM(0, 3));
-        EXPECT_EQ(TextOf(dialog, 101), L"123");
+        EXPECT_EQ(DialogDriver::TextOf(dialog.GetSafeHwnd(), 101), L"123");
         EXPECT_EQ(dialog.store.HasData(103), 0) << "a page is saved whole or not at all";
-        CCustomData some;
-        dialog.part.SaveData(some);
-        CCustomData expected;
-        expected.SetString(103, L"autre");
-        expected.SetInt(101, 90);
-        EXPECT_TRUE(AreSame(some, expected, 103) && AreSame(some, expected, 101)) << "what is valid";
+        CCustomData valid;
+        dialog.part.SaveData(valid);
+        EXPECT_TRUE(AreSame(valid, Of(103, L"autre"), 103) && AreSame(valid, Of(101, 90), 101));
 
         // The page of a sheet fails while another is in front of it.
         dialog.SetDlgItemText(101, L"12");
@@ -353,8 +248,7 @@ TEST_F(DefaultDlg, TellsAllFailingFieldsAndSelectsTheFirst)
                                           L"Qualité : la valeur doit être comprise entre 0 et 100.\n"
                                           L"Échelle : un nombre est attendu.\n"
                                           L"Nombre : la valeur doit être comprise entre 0 et 9.");
-    int number = 0;
-    EXPECT_TRUE(dialog.store.GetInt(113, number, 0) && number == 8);
+    EXPECT_TRUE(AreSame(dialog.store, Of(113, 8), 113));
 }
 
 TEST_F(DefaultDlg, KeepsChangesForItsStoreAndFollowsIt)
@@ -362,52 +256,38 @@ TEST_F(DefaultDlg, KeepsChangesForItsStoreAndFollowsIt)
     ProbeDialog dialog;
     dialog.part.AddFields({
         {.control = 101, .property = 'QUAL', .number = 75},
-        {.control = 111,
-         .property = 'QUAL',
-         .kind = FieldKind::Slider,
-         .minimum = 0,
-         .maximum = 100,
-         .number = 75},
+        {111, 'QUAL', FieldKind::Slider, 0, 100, -1, {}, 75},
         {.control = 102, .kind = FieldKind::Double, .decimals = 1, .number = 0.25},
     });
-    CCustomData found;
-    found.SetInt('QUAL', 1);
+    CCustomData found = Of('QUAL', 1);
     dialog.part.SaveData(found);
-    int number = 0;
-    EXPECT_TRUE(found.GetInt('QUAL', number, 0) && number == 1) << "what was never filled knows no better";
-    double share = 0;
-    EXPECT_TRUE(found.GetDouble(102, share, 0) && share == 0.25) << "the default in full";
+    EXPECT_TRUE(AreSame(found, Of('QUAL', 1), 'QUAL')) << "what was never filled knows no better";
+    EXPECT_TRUE(AreSame(found, Of(102, 0.25), 102)) << "the default in full";
     Show(dialog, [&] {
         dialog.SetDlgItemText(101, L"40");
         CCustomData copy;
-        EXPECT_TRUE(dialog.part.ValidateData(1, copy));
-        EXPECT_TRUE(copy.GetInt('QUAL', number, 0) && number == 40);
+        EXPECT_TRUE(dialog.part.ValidateData(1, copy) && AreSame(copy, Of('QUAL', 40), 'QUAL'));
         EXPECT_TRUE(dialog.part.IsModified()) << "the bound store has not got it";
-        EXPECT_TRUE(dialog.part.ValidateData(1, dialog.store));
-        EXPECT_FALSE(dialog.part.IsModified());
-        EXPECT_TRUE(dialog.store.GetInt('QUAL', number, 0) && number == 40);
+        EXPECT_TRUE(dialog.part.ValidateData(1, dialog.store) && !dialog.part.IsModified());
         EXPECT_EQ(dialog.SendDlgItemMessage(111, WM_USER), 40) << "the field that shares the value follows";
 
         dialog.store.SetInt('QUAL', 20);
         dialog.store.SetDouble(102, 3);
         dialog.SetDlgItemText(102, L"9");
         EXPECT_EQ(dialog.part.VerifyData(101, 101), 1);
-        EXPECT_EQ(TextOf(dialog, 101), L"20");
+        EXPECT_EQ(DialogDriver::TextOf(dialog.GetSafeHwnd(), 101), L"20");
         EXPECT_EQ(dialog.part.VerifyData(0, 0), 1);
-        EXPECT_EQ(TextOf(dialog, 102), L"9") << "what the user entered stays";
+        EXPECT_EQ(DialogDriver::TextOf(dialog.GetSafeHwnd(), 102), L"9") << "what the user entered stays";
 
-        CCustomData defaults;
-        defaults.SetInt('QUAL', 60);
+        const CCustomData defaults = Of('QUAL', 60);
         dialog.changes.clear();
         dialog.part.ReinitDialog(defaults);
         EXPECT_EQ(dialog.part.VerifyData(0, 0), 0);
-        EXPECT_EQ(TextOf(dialog, 101), L"60");
-        EXPECT_EQ(TextOf(dialog, 102), L"0,2");
+        EXPECT_EQ(DialogDriver::TextOf(dialog.GetSafeHwnd(), 101), L"60");
         EXPECT_TRUE(dialog.changes.empty());
     });
     dialog.part.SaveData(dialog.store);
-    EXPECT_TRUE(dialog.store.GetInt('QUAL', number, 0) && number == 60)
-        << "the window is gone, its values are not";
+    EXPECT_TRUE(AreSame(dialog.store, Of('QUAL', 60), 'QUAL')) << "the window is gone, its values are not";
 }
 
 TEST_F(DefaultDlg, LaysAnchoredControlsOutAboveTheMinimum)
@@ -417,16 +297,16 @@ TEST_F(DefaultDlg, LaysAnchoredControlsOutAboveTheMinimum)
     dialog.part.AddAnchor(IDOK, vak::AnchorRight | vak::AnchorBottom);
     dialog.part.AddAnchor(999, vak::AnchorAll);
     Show(dialog, [&] {
-        const CRect edit = DialogDriver::AreaOf(dialog.GetDlgItem(101));
-        const CRect button = DialogDriver::AreaOf(dialog.GetDlgItem(IDOK));
+        const auto areaOf = [&](int id) { return CRect(DialogDriver::AreaOf(dialog.GetDlgItem(id))); };
+        const CRect edit = areaOf(101);
+        const CRect button = areaOf(IDOK);
         const CRect frame = DialogDriver::AreaOf(dialog.GetSafeHwnd());
-        const auto resize = [&](int cx, int cy) { dialog.MoveWindow(CRect(frame.TopLeft(), CSize(cx, cy))); };
-        resize(frame.Width() + 30, frame.Height() + 20);
-        EXPECT_EQ(CRect(DialogDriver::AreaOf(dialog.GetDlgItem(101))), edit + CRect(0, 0, 30, 0));
-        EXPECT_EQ(CRect(DialogDriver::AreaOf(dialog.GetDlgItem(IDOK))), button + CPoint(30, 20));
-        resize(10, 10);
+        dialog.MoveWindow(frame + CRect(0, 0, 30, 20));
+        EXPECT_EQ(areaOf(101), edit + CRect(0, 0, 30, 0));
+        EXPECT_EQ(areaOf(IDOK), button + CPoint(30, 20));
+        dialog.MoveWindow(CRect(frame.TopLeft(), CSize(10, 10)));
         EXPECT_EQ(CRect(DialogDriver::AreaOf(dialog.GetSafeHwnd())), frame);
-        EXPECT_EQ(CRect(DialogDriver::AreaOf(dialog.GetDlgItem(IDOK))), button);
+        EXPECT_EQ(areaOf(IDOK), button);
     });
 }
 
@@ -456,8 +336,7 @@ TEST_F(DefaultDlg, DrawsAColourAndLetsTheUserChooseAnother)
         return true;
     });
     dialog.DoModal();
-    unsigned int color = 0;
-    EXPECT_TRUE(dialog.store.GetUInt(114, color, 0) && color == 0x803020FF);
+    EXPECT_TRUE(AreSame(dialog.store, Of(114, 0x803020FFu), 114));
     EXPECT_EQ(dialog.changes, std::vector<int>{114});
 }
 
@@ -466,9 +345,9 @@ TEST_F(DefaultDlg, SelectsAllOfAnEditAtControlA)
     ProbeDialog dialog;
     dialog.store.SetString(103, L"texte");
     dialog.part.AddField({.control = 103, .kind = FieldKind::Text});
+    BYTE keys[256] = {};
+    keys[VK_CONTROL] = 0x80;
     Show(dialog, [&] {
-        BYTE keys[256] = {};
-        keys[VK_CONTROL] = 0x80;
         SetKeyboardState(keys);
         MSG message{dialog.GetDlgItem(103), WM_KEYDOWN, 'A', 1, 0, {}};
         EXPECT_TRUE(dialog.PreTranslateMessage(&message));
@@ -478,7 +357,5 @@ TEST_F(DefaultDlg, SelectsAllOfAnEditAtControlA)
         EXPECT_FALSE(dialog.PreTranslateMessage(&message)) << "AltGr types a character";
         keys[VK_MENU] = keys[VK_CONTROL] = 0;
         SetKeyboardState(keys);
-        message.hwnd = dialog.GetDlgItem(101);
-        EXPECT_FALSE(dialog.PreTranslateMessage(&message));
     });
 }
