@@ -198,14 +198,14 @@ void CDefaultDlg::KeepSaved(Field& field, const CCustomData& store)
     field.shown = ContentOf(field);
 }
 
-/// Puts an unchanged value into a store. In the one that it came from it is already, or something newer is.
+/// Puts an unchanged value into a store. In the one that it came from it is already, or something newer is,
+/// and a part that was never filled knows no better.
 void CDefaultDlg::WriteBack(const Field& field, CCustomData& store) const
 {
     const unsigned int id = PropertyOf(field.binding);
-    const bool isKnown = m_values.HasData(id) != 0;
-    if (store.HasData(id) && (!isKnown || &store == m_filledFrom))
+    if (store.HasData(id) && (!m_filledFrom || &store == m_filledFrom))
         return;
-    if (isKnown)
+    if (m_values.HasData(id))
         CopyValue(store, m_values, id);
     else
         vak::detail::StoreDefault(field.binding, store);

@@ -57,9 +57,9 @@ protected:
         return part.OnWndMsg(message, wParam, lParam, result) ||
                CDialog::OnWndMsg(message, wParam, lParam, result);
     }
-    BOOL OnCommand(UINT id, UINT code) override
+    BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* info) override
     {
-        return part.OnCmdMsg(id, static_cast<int>(code), nullptr, nullptr) || CDialog::OnCommand(id, code);
+        return part.OnCmdMsg(id, code, extra, info) || CDialog::OnCmdMsg(id, code, extra, info);
     }
     void OnSize(UINT type, int cx, int cy) override { part.OnSize(type, cx, cy); }
 };
@@ -287,6 +287,7 @@ TEST_F(DefaultDlg, KeepsChangesForItsStoreAndFollowsIt)
         EXPECT_TRUE(dialog.changes.empty());
     });
     dialog.part.SaveData(dialog.store);
+    EXPECT_TRUE(AreSame(dialog.store, Of(102, 0.25), 102)) << "the default was shown";
     EXPECT_TRUE(AreSame(dialog.store, Of('QUAL', 60), 'QUAL')) << "the window is gone, its values are not";
 }
 
