@@ -1,52 +1,16 @@
 #include "examples/vakconvert/Conversion.h"
 
-#include "examples/sdk/ImageParser.h"
-#include "examples/sdk/MeshParser.h"
-#include "examples/sdk/Utf8.h"
-#include "examples/vakconvert/Failure.h"
+#include "examples/vakconvert/ContentIo.h"
 #include "examples/vakconvert/WorkFolder.h"
 #include "files/FileIo.h"
 #include "files/FilePath.h"
 #include "files/IoPlugins.h"
 
 #include <chrono>
-#include <exception>
-#include <new>
 #include <utility>
 #include <vector>
 
 namespace {
-
-template <typename Parser, typename Data>
-IO_FILE_RESULT Work(CFileIo& io, Data& data)
-{
-    auto& parser = static_cast<Parser&>(*io.GetCurrentParser());
-    try {
-        return io.IsLoading() ? parser.Load(data) : parser.Save(data);
-    } catch (const std::bad_alloc&) {
-        return IO_FILE_NO_MEMORY;
-    }
-}
-
-/// Makes the parser and lets it read or write. Returns an empty text, or why that failed; exceptions of a
-/// plug-in end here.
-CString Run(CFileIo& io, Content& content)
-{
-    if (io.InitParser() == nullptr)
-        return io.GetIoErrorTxt();
-    try {
-        const IO_FILE_RESULT result =
-            content.isMesh ? Work<CMeshParser>(io, content.mesh) : Work<CImageParser>(io, content.image);
-        io.SetIoError(result);
-        return result == IO_FILE_SUCCESS ? CString() : io.GetIoErrorTxt();
-    } catch (CException* failure) {
-        return TakeText(failure, L"the plug-in failed");
-    } catch (const std::exception& failure) {
-        return L"the plug-in failed: " + FromUtf8(failure.what());
-    } catch (...) {
-        return L"the plug-in failed";
-    }
-}
 
 CString Counted(std::size_t count, const wchar_t* one, const wchar_t* many)
 {
@@ -90,7 +54,7 @@ CString MakeAs(const CString& path, const Source& source, const Target& target, 
     CFileIo output(CFileNameSpec(work.Path() + path.Mid(nameStart), target.fileClass),
                    FILE_PARSER_SILENT | FILE_PARSER_NO_PREFERENCES, nullptr);
     output.GetCustomData() = target.parameters;
-    outcome.failure = Run(output, content);
+    outcome.failure = RunParser(output, content);
     if (!outcome.failure.IsEmpty())
         return {};
     output.CloseParser();
@@ -114,9 +78,7 @@ void ConvertInto(const Source& source, const Target& target, const CString& dest
                  ResultNames& names, Outcome& outcome)
 {
     Content content;
-    CFileIo input(CFileNameSpec(source.path, 0), FILE_PARSER_LOADING | FILE_PARSER_SILENT, nullptr);
-    content.isMesh = (input.GetKindOf() & kIoPlugin3D) != 0;
-    outcome.failure = Run(input, content);
+    outcome.failure = LoadContent(source.path, content);
     if (!outcome.failure.IsEmpty())
         return;
     outcome.contents = Describe(content);
@@ -144,7 +106,7 @@ CString LoadModel(const CString& path, Mesh& mesh)
     Content content;
     CFileIo input(CFileNameSpec(path, 0), FILE_PARSER_LOADING | FILE_PARSER_SILENT, nullptr);
     content.isMesh = (input.GetKindOf() & kIoPlugin3D) != 0;
-    const CString failure = content.isMesh ? Run(input, content) : CString(L"no model");
+    const CString failure = content.isMesh ? RunParser(input, content) : CString(L"no model");
     mesh = failure.IsEmpty() ? std::move(content.mesh) : Mesh();
     return failure;
 }

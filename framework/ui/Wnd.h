@@ -148,10 +148,8 @@ protected:
     virtual void OnMouseMove(UINT flags, CPoint point);
     virtual void OnLButtonDown(UINT flags, CPoint point);
     virtual void OnLButtonUp(UINT flags, CPoint point);
-    virtual void OnLButtonDblClk(UINT flags, CPoint point);
     virtual void OnMButtonDown(UINT flags, CPoint point);
     virtual void OnMButtonUp(UINT flags, CPoint point);
-    virtual void OnRButtonDown(UINT flags, CPoint point);
     /// The wheel has turned by `delta`, WHEEL_DELTA a notch, positive away from the user; here `point` is on
     /// the screen. Non-zero when handled, else the parent is asked.
     virtual BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
@@ -164,7 +162,8 @@ protected:
     virtual BOOL OnSetCursor(HWND window, UINT hitTest, UINT message);
     /// A key goes down, or repeats; `key` is a virtual key.
     virtual void OnKeyDown(UINT key, UINT repeat, UINT flags);
-    virtual void OnKeyUp(UINT key, UINT repeat, UINT flags);
+    /// The character that the key makes with those held and the keyboard's layout, Ctrl+A being 1.
+    virtual void OnChar(UINT character, UINT repeat, UINT flags);
     /// A scroll bar: SB_LINEUP, SB_THUMBTRACK, ... `position` has 16 bits only. `bar` is null for the
     /// window's own bars.
     virtual void OnHScroll(UINT code, UINT position, HWND bar);

@@ -50,8 +50,8 @@ bool CWnd::CallInputHook(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* re
     case WM_KEYDOWN:
         OnKeyDown(static_cast<UINT>(wParam), LOWORD(lParam), HIWORD(lParam));
         return true;
-    case WM_KEYUP:
-        OnKeyUp(static_cast<UINT>(wParam), LOWORD(lParam), HIWORD(lParam));
+    case WM_CHAR:
+        OnChar(static_cast<UINT>(wParam), LOWORD(lParam), HIWORD(lParam));
         return true;
     case WM_SETCURSOR:
         *result = OnSetCursor(reinterpret_cast<HWND>(wParam), LOWORD(lParam), HIWORD(lParam));
@@ -81,17 +81,11 @@ bool CWnd::CallMouseHook(UINT message, UINT flags, CPoint point)
     case WM_LBUTTONUP:
         OnLButtonUp(flags, point);
         return true;
-    case WM_LBUTTONDBLCLK:
-        OnLButtonDblClk(flags, point);
-        return true;
     case WM_MBUTTONDOWN:
         OnMButtonDown(flags, point);
         return true;
     case WM_MBUTTONUP:
         OnMButtonUp(flags, point);
-        return true;
-    case WM_RBUTTONDOWN:
-        OnRButtonDown(flags, point);
         return true;
     default:
         return false;
@@ -124,22 +118,12 @@ void CWnd::OnLButtonUp(UINT, CPoint)
     Default();
 }
 
-void CWnd::OnLButtonDblClk(UINT, CPoint)
-{
-    Default();
-}
-
 void CWnd::OnMButtonDown(UINT, CPoint)
 {
     Default();
 }
 
 void CWnd::OnMButtonUp(UINT, CPoint)
-{
-    Default();
-}
-
-void CWnd::OnRButtonDown(UINT, CPoint)
 {
     Default();
 }
@@ -170,7 +154,7 @@ void CWnd::OnKeyDown(UINT, UINT, UINT)
     Default();
 }
 
-void CWnd::OnKeyUp(UINT, UINT, UINT)
+void CWnd::OnChar(UINT, UINT, UINT)
 {
     Default();
 }
