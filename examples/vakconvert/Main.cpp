@@ -9,6 +9,7 @@
 #include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Settings.h"
 #include "examples/vakconvert/TemplateWindow.h"
+#include "examples/vakconvert/viewer/Viewing.h"
 #include "files/FileIo.h"
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
@@ -192,6 +193,19 @@ int EditTemplate(const Console& console, const CString& path)
     return kFailed;
 }
 
+int RunWithPlugins(const Console& console, const Settings& settings)
+{
+    if (settings.listPlugins)
+        ListPlugins(console);
+    if (settings.listKinds)
+        ListKinds(console);
+    if (settings.listPlugins || settings.listKinds)
+        return 0;
+    if (!settings.view.IsEmpty())
+        return ViewFile(console, settings.view);
+    return settings.tree ? ShowModels(console, settings) : ConvertAll(console, settings);
+}
+
 int Run(const Console& console, const std::vector<CString>& arguments)
 {
     Settings settings;
@@ -210,13 +224,7 @@ int Run(const Console& console, const std::vector<CString>& arguments)
         CFileIo::SetPreferencesFilePath(settings.preferences);
     RegisterIOPlugins(kIoPlugin3D);
     RegisterIOPlugins(kIoPluginBitmaps);
-    int result = 0;
-    if (settings.listPlugins)
-        ListPlugins(console);
-    if (settings.listKinds)
-        ListKinds(console);
-    if (!settings.listPlugins && !settings.listKinds)
-        result = settings.tree ? ShowModels(console, settings) : ConvertAll(console, settings);
+    const int result = RunWithPlugins(console, settings);
     FreeIOPlugins(kIoPluginBitmaps);
     FreeIOPlugins(kIoPlugin3D);
     return result;

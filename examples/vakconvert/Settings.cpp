@@ -71,6 +71,7 @@ constexpr PathOption kPaths[] = {
     {L"--report", &Settings::report},
     {L"--report-out", &Settings::reportOut},
     {L"--edit-template", &Settings::editTemplate},
+    {L"--view", &Settings::view},
 };
 
 bool TakePath(const CString& name, const CString& value, Settings& settings)
@@ -157,7 +158,8 @@ bool WantsResults(const Settings& settings)
 CString Complete(Settings& settings)
 {
     settings.recurse = settings.recurse || settings.recreateTree;
-    if (settings.help || settings.listKinds || settings.listPlugins || !settings.editTemplate.IsEmpty())
+    const bool hasWindow = !settings.editTemplate.IsEmpty() || !settings.view.IsEmpty();
+    if (settings.help || settings.listKinds || settings.listPlugins || hasWindow)
         return {};
     if (settings.sources.empty())
         return L"no source was given";
@@ -212,6 +214,7 @@ CString UsageText()
            L"\n"
            L"  vakconvert --to KIND [--to KIND] [options] SOURCE...\n"
            L"  vakconvert --tree [-r] SOURCE...\n"
+           L"  vakconvert --view FILE\n"
            L"\n"
            L"  SOURCE               a file, a folder, or a pattern such as models\\*.obj; archives are "
            L"folders:\n"
@@ -237,6 +240,9 @@ CString UsageText()
            L"      --save-options   keeps these options for later runs\n"
            L"      --preferences F  keeps them in this file\n"
            L"      --tree           shows what the models are made of instead of converting them\n"
+           L"      --view FILE      shows an image, or a model as a wireframe, in a window; the right button "
+           L"has\n"
+           L"                       a menu, Ctrl+S saves the selected part of an image\n"
            L"      --list-kinds     shows what can be read and written, and the options\n"
            L"      --list-plugins   shows the plug-ins, and why one was refused\n"
            L"\n"

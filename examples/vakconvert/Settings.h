@@ -22,6 +22,7 @@ struct Settings
     CString report;               ///< the template of the report, absolute; empty: no report is wanted
     CString reportOut;            ///< where it goes, absolute; empty: to the destination
     CString editTemplate;         ///< the template to edit, absolute; empty: nothing is to be edited
+    CString view;                 ///< the image or model to show, absolute; empty: none
     std::vector<Option> options;
     CString preferences; ///< another preferences file; empty: the library's own
     bool recurse = false;

@@ -1,0 +1,90 @@
+#include "examples/vakconvert/viewer/Pixels.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr unsigned int kLightGround = 0xFF;
+constexpr unsigned int kDarkGround = 0xCC;
+
+std::uint32_t Packed(unsigned int red, unsigned int green, unsigned int blue)
+{
+    return red << 16 | green << 8 | blue;
+}
+
+unsigned int GroundAt(int x, int y)
+{
+    return ((x >> 3) ^ (y >> 3)) & 1 ? kDarkGround : kLightGround;
+}
+
+unsigned int Over(unsigned int color, unsigned int alpha, unsigned int ground)
+{
+    return (color * alpha + ground * (255 - alpha) + 127) / 255;
+}
+
+/// The pixel at `sample`, seen over that ground.
+template <unsigned int Channels>
+std::uint32_t PixelAt(const std::uint8_t* sample, unsigned int ground)
+{
+    if constexpr (Channels == 1)
+        return Packed(sample[0], sample[0], sample[0]);
+    if constexpr (Channels == 3)
+        return Packed(sample[0], sample[1], sample[2]);
+    const unsigned int alpha = sample[Channels - 1];
+    const unsigned int red = Over(sample[0], alpha, ground);
+    if constexpr (Channels == 2)
+        return Packed(red, red, red);
+    return Packed(red, Over(sample[1], alpha, ground), Over(sample[2], alpha, ground));
+}
+
+template <unsigned int Channels>
+void DrawRow(const std::uint8_t* row, const std::vector<int>& columns, CPoint origin, std::uint32_t* target)
+{
+    int x = origin.x;
+    for (const int column : columns) {
+        *target++ = PixelAt<Channels>(row + std::size_t{Channels} * static_cast<std::size_t>(column),
+                                      GroundAt(x, origin.y));
+        ++x;
+    }
+}
+
+using RowDrawer = void (*)(const std::uint8_t*, const std::vector<int>&, CPoint, std::uint32_t*);
+constexpr RowDrawer kDrawers[] = {&DrawRow<1>, &DrawRow<2>, &DrawRow<3>, &DrawRow<4>};
+
+std::size_t RowSize(const Image& image)
+{
+    return std::size_t{image.width} * image.channels;
+}
+
+} // namespace
+
+void DrawPixels(const Image& image, const PixelMap& map, CPoint origin, const PixelRows& target)
+{
+    const RowDrawer draw = kDrawers[image.channels - 1];
+    std::uint32_t* to = target.first;
+    for (std::size_t i = 0; i < map.rows.size(); ++i, to += target.stride) {
+        const CPoint place(origin.x, origin.y + static_cast<int>(i));
+        // An enlarged row is repeated, unless the ground behind it changes.
+        const bool isOpaque = image.channels % 2 == 1;
+        if (isOpaque && i > 0 && map.rows[i] == map.rows[i - 1])
+            std::copy_n(to - target.stride, map.columns.size(), to);
+        else
+            draw(image.pixels.data() + RowSize(image) * static_cast<std::size_t>(map.rows[i]), map.columns,
+                 place, to);
+    }
+}
+
+Image CutOut(const Image& image, const CRect& part)
+{
+    Image cut;
+    cut.width = static_cast<unsigned int>(part.Width());
+    cut.height = static_cast<unsigned int>(part.Height());
+    cut.channels = image.channels;
+    cut.pixels.reserve(RowSize(cut) * cut.height);
+    for (LONG y = part.top; y < part.bottom; ++y) {
+        const std::uint8_t* const row = image.pixels.data() + RowSize(image) * static_cast<std::size_t>(y) +
+                                        std::size_t{image.channels} * static_cast<std::size_t>(part.left);
+        cut.pixels.insert(cut.pixels.end(), row, row + RowSize(cut));
+    }
+    return cut;
+}
