@@ -358,10 +358,6 @@ TEST_F(TrackerDragTest, FollowsTheMouseAndTheKeyboardThemselves)
     SetForegroundWindow(m_window.GetSafeHwnd());
     m_window.SetFocus();
     m_window.SetTimer(1, 20);
-    m_events.m_onChange = [] {
-        printf("k %d %d %x %x\n", GetKeyState(VK_CONTROL), GetAsyncKeyState(VK_CONTROL),
-               GetKeyState(VK_LCONTROL), GetFocus() == GetCapture());
-    };
     m_window.RunModalLoop();
     EXPECT_EQ(results, (std::vector<int>{TRUE, FALSE}));
     EXPECT_EQ(m_tracker->GetRect(), CRect(80, 50, 180, 150)) << "the first drag alone";
