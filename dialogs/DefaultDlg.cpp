@@ -27,7 +27,21 @@ void CopyValue(CCustomData& to, const CCustomData& from, unsigned int id)
     to.CopyID(&from, id, 0u);
 }
 
-bool IsControlADown()
+/// Sets a flag until the end of the scope.
+class SetForNow
+{
+public:
+    explicit SetForNow(bool& flag) : m_flag(flag), m_before(std::exchange(flag, true)) {}
+    ~SetForNow() { m_flag = m_before; }
+    SetForNow(const SetForNow&) = delete;
+    SetForNow& operator=(const SetForNow&) = delete;
+
+private:
+    bool& m_flag;
+    bool m_before;
+};
+
+bool IsControlDown()
 {
     // With the Alt key it is AltGr, which types characters.
     return GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
@@ -165,9 +179,10 @@ void CDefaultDlg::ShowValue(Field& field)
     field.isShown = control != nullptr;
     if (!control)
         return;
-    const bool outer = std::exchange(m_isFilling, true);
-    vak::detail::WriteControl(field.binding, control, field.value);
-    m_isFilling = outer;
+    {
+        const SetForNow filling(m_isFilling);
+        vak::detail::WriteControl(field.binding, control, field.value);
+    }
     field.shown = ContentOf(field);
     field.told = field.shown;
 }
@@ -309,7 +324,7 @@ void CDefaultDlg::TellChange(Field& field)
 
 BOOL CDefaultDlg::PreTranslateMessage(MSG* message)
 {
-    if (message->message != WM_KEYDOWN || message->wParam != 'A' || !IsControlADown())
+    if (message->message != WM_KEYDOWN || message->wParam != 'A' || !IsControlDown())
         return FALSE;
     const Field* const field = FieldShownBy(message->hwnd);
     if (!field || !(SendMessageW(message->hwnd, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL))
@@ -332,10 +347,6 @@ BOOL CDefaultDlg::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* 
         return OnDrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), result);
     case WM_GETMINMAXINFO:
         m_layout.Limit(reinterpret_cast<MINMAXINFO*>(lParam));
-        return FALSE;
-    case WM_DESTROY:
-        for (Field& field : m_fields)
-            field.isShown = false;
         return FALSE;
     default:
         if (message == SelectFailedMessage())

@@ -21,6 +21,7 @@ struct AFX_CMDHANDLERINFO;
 /// show in full, that lies outside the range, or is of a kind that the field is not; it is not validated. A
 /// control counts as changed while it differs from what filling left in it. A value that the store lacks is
 /// shown, and by every save stored, as the default of its field. What no field names stays untouched.
+/// docs/dialogs.md shows how to use it.
 ///
 /// Several fields and parts may share a value: an unchanged field leaves alone what has meanwhile come to the
 /// store that filled it. One thread: the window's.
@@ -62,8 +63,8 @@ public:
     /// is a window. What the user had entered is forgotten.
     void ReinitDialog(const CCustomData& store);
     /// Validates what the user has changed. On failure one message tells all fields that failed, the first of
-    /// them is selected with what was typed, nothing is saved, and 0 is returned. Else returns 1, and if
-    /// `save` is non-zero all fields are in `store`.
+    /// them, in the order in which they were added, is selected with what was typed, nothing is saved, and 0
+    /// is returned. Else returns 1, and if `save` is non-zero all fields are in `store`.
     int ValidateData(int save, CCustomData& store);
     /// Saves without validating: a field in which something invalid was entered counts as unchanged. Without
     /// a window that is what the part was last filled with.

@@ -279,6 +279,11 @@ TEST_F(DefaultDlg, KeepsChangesForItsStoreAndFollowsIt)
         EXPECT_EQ(dialog.part.VerifyData(0, 0), 1);
         EXPECT_EQ(DialogDriver::TextOf(dialog.GetSafeHwnd(), 102), L"9") << "what the user entered stays";
 
+        dialog.store.SetInt('QUAL', 21);
+        dialog.part.SaveData(dialog.store);
+        EXPECT_TRUE(AreSame(dialog.store, Of('QUAL', 21), 'QUAL'))
+            << "another page's value, not ours of before";
+
         const CCustomData defaults = Of('QUAL', 60);
         dialog.changes.clear();
         dialog.part.ReinitDialog(defaults);
@@ -328,7 +333,8 @@ TEST_F(DefaultDlg, DrawsAColourAndLetsTheUserChooseAnother)
         }
         if (dialog.changes.empty())
             return false;
-        EXPECT_TRUE(dialog.part.ValidateData(1, dialog.store));
+        CCustomData copy;
+        EXPECT_TRUE(dialog.part.ValidateData(1, copy) && AreSame(copy, Of(114, 0x803020FFu), 114));
         UpdateWindow(button);
         const HDC context = GetDC(button);
         EXPECT_EQ(GetPixel(context, 10, 10), 0x3020FFu);
@@ -337,7 +343,6 @@ TEST_F(DefaultDlg, DrawsAColourAndLetsTheUserChooseAnother)
         return true;
     });
     dialog.DoModal();
-    EXPECT_TRUE(AreSame(dialog.store, Of(114, 0x803020FFu), 114));
     EXPECT_EQ(dialog.changes, std::vector<int>{114});
 }
 
