@@ -26,8 +26,9 @@ bool IsShown(HWND control)
     return control && (GetWindowLongPtr(control, GWL_STYLE) & WS_VISIBLE);
 }
 
-/// The messages of CPropertySheet's system that are sent here.
+/// What the system's sheets are asked: to apply, and for the control that shows the tabs.
 constexpr UINT kApplyMessage = WM_USER + 110;
+constexpr UINT kTabControlMessage = WM_USER + 116;
 
 } // namespace
 
@@ -192,6 +193,7 @@ void CCustomPropertySheet::CreateCustomButtons()
     m_buttonFont.CreatePointFont(kDialogPointSize, kDialogFace);
     CRect area = ClientAreaOf(reference);
     const int usualWidth = area.Width();
+    HWND before = reference;
     for (int index = 0; index < m_customButtons.GetSize(); ++index) {
         CustomButton& button = m_customButtons[index];
         area.left = area.right + kButtonGap;
@@ -201,6 +203,10 @@ void CCustomPropertySheet::CreateCustomButtons()
         button.window->Create(button.caption, WS_CHILD | WS_VISIBLE | WS_TABSTOP, area, this,
                               GetFirstCustomID() + static_cast<UINT>(index));
         button.window->SetFont(&m_buttonFont, TRUE);
+        // The tab key comes to the buttons in the order in which they stand.
+        SetWindowPos(button.window->GetSafeHwnd(), before, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        before = button.window->GetSafeHwnd();
     }
     UpdateSheetSize();
 }
@@ -214,12 +220,27 @@ void CCustomPropertySheet::UpdateSheetSize()
     CRect margin(0, 0, kDialogMargin, kDialogMargin);
     MapDialogRect(m_hWnd, &margin);
     const LONG missing = right + margin.Width() - GetClientRect().Width();
-    if (right == 0 || missing <= 0)
-        return;
+    if (right > 0 && missing > 0)
+        Widen(missing);
+}
+
+/// The frame behind the tabs keeps its distance from the border; the pages stay as large as they are.
+void CCustomPropertySheet::Widen(LONG pixels)
+{
+    constexpr UINT kFlags = SWP_NOZORDER | SWP_NOACTIVATE;
+    if (const auto tabs = reinterpret_cast<HWND>(SendMessage(kTabControlMessage))) {
+        const CRect area = ClientAreaOf(tabs);
+        SetWindowPos(tabs, nullptr, 0, 0, area.Width() + pixels, area.Height(), kFlags | SWP_NOMOVE);
+    }
     CRect window(0, 0, 0, 0);
     ::GetWindowRect(m_hWnd, &window);
-    SetWindowPos(m_hWnd, nullptr, 0, 0, window.Width() + missing, window.Height(),
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    window.right += pixels;
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfo(MonitorFromWindow(m_hWnd, MONITOR_DEFAULTTONEAREST), &monitor);
+    const LONG outside = std::max(window.right - monitor.rcWork.right, 0L);
+    const LONG left = std::max(window.left - outside, std::min(window.left, monitor.rcWork.left));
+    SetWindowPos(m_hWnd, nullptr, left, window.top, window.Width(), window.Height(), kFlags);
 }
 
 void CCustomPropertySheet::RemoveApplyButton()

@@ -84,6 +84,7 @@ private:
         ADD_FAILURE() << "the dialog stays open";
         driver->m_done = true;
         EndDialog(dialog, IDCANCEL);
+        PostMessageW(dialog, WM_CLOSE, 0, 0); // a property sheet ends in its own way
     }
 
     static inline DialogDriver* s_current = nullptr;

@@ -1,6 +1,7 @@
 #include "framework/base/Exception.h"
 #include "framework/ui/Wnd.h"
 #include "tests/support/MessageRecorder.h"
+#include "tests/support/Print.h"
 
 #include <gtest/gtest.h>
 
@@ -62,4 +63,21 @@ TEST(Window, IsAttachedToOneObjectAtATime)
     EXPECT_TRUE(CWnd().Attach(left));
     EXPECT_TRUE(CWnd().Attach(left)) << "a window outlives the object that did not make it";
     ::DestroyWindow(left);
+}
+
+TEST(Window, SeesTheMessagesOfASubclassedOneUntilItLetsGo)
+{
+    CWnd control;
+    control.CreateEx(0, L"BUTTON", L"text", WS_POPUP, CRect(), nullptr, 0);
+    const HWND button = control.Detach();
+    const auto procedure = GetWindowLongPtr(button, GWLP_WNDPROC);
+    ProbeWindow window;
+    ASSERT_TRUE(window.SubclassWindow(button));
+    EXPECT_FALSE(ProbeWindow().SubclassWindow(button));
+    SendMessageW(button, WM_CONTEXTMENU, 0, MAKELPARAM(3, 4));
+    EXPECT_EQ(window.m_asked, CPoint(3, 4));
+    EXPECT_EQ(window.GetWindowText(), L"text") << "what is not handled goes on";
+    window.Detach();
+    EXPECT_EQ(GetWindowLongPtr(button, GWLP_WNDPROC), procedure);
+    ::DestroyWindow(button);
 }
