@@ -99,9 +99,9 @@
 
 #include "view/NearestInt.h"
 #include "view/TrackerCodes.h"
+#include "view/VakCoord.h"
 #include "view/VakTracker.h"
 #include "view/ViewTracker.h"
-#include "view/VakCoord.h"
 
 #include "platform/KeyName.h"
 #include "platform/Shortcut.h"

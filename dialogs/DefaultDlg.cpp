@@ -80,6 +80,7 @@ void CDefaultDlg::Bind(CWnd* window, CCustomData* store)
 {
     m_window = window;
     m_store = store;
+    m_showsStore = false;
     for (Field& field : m_fields)
         field.isShown = false;
 }
@@ -91,7 +92,8 @@ int CDefaultDlg::HasWindow() const
 
 void CDefaultDlg::ReinitDialog(const CCustomData& store)
 {
-    m_filledFrom = &store;
+    m_isFilled = true;
+    m_showsStore = &store == m_store;
     m_failedControl = 0;
     for (Field& field : m_fields) {
         TakeValue(field, store);
@@ -119,7 +121,7 @@ void CDefaultDlg::SaveData(CCustomData& store)
     for (const Field& field : m_fields)
         if (!IsSavable(field))
             WriteBack(field, store);
-    const bool isOurs = &store == m_store || &store == m_filledFrom;
+    const bool isOurs = &store == m_store;
     for (Field& field : m_fields) {
         if (!IsSavable(field))
             continue;
@@ -129,7 +131,8 @@ void CDefaultDlg::SaveData(CCustomData& store)
     }
     if (!isOurs)
         return;
-    m_filledFrom = &store;
+    m_isFilled = true;
+    m_showsStore = true;
     RefreshUnchanged(store, 0, 0);
 }
 
@@ -139,7 +142,7 @@ int CDefaultDlg::VerifyData(unsigned int first, unsigned int last)
     if (m_failedControl != 0 && HasWindow())
         PostMessageW(m_window->m_hWnd, SelectFailedMessage(), 0, 0);
     // Other values than those of the bound store are shown because somebody wants it so.
-    return m_store && m_filledFrom == m_store ? RefreshUnchanged(*m_store, first, last) : 0;
+    return m_store && m_showsStore ? RefreshUnchanged(*m_store, first, last) : 0;
 }
 
 int CDefaultDlg::IsModified() const
@@ -218,7 +221,7 @@ void CDefaultDlg::KeepSaved(Field& field, const CCustomData& store)
 void CDefaultDlg::WriteBack(const Field& field, CCustomData& store) const
 {
     const unsigned int id = PropertyOf(field.binding);
-    if (store.HasData(id) && (!m_filledFrom || &store == m_filledFrom))
+    if (store.HasData(id) && (!m_isFilled || (m_showsStore && &store == m_store)))
         return;
     if (m_values.HasData(id))
         CopyValue(store, m_values, id);
@@ -404,7 +407,7 @@ BOOL CDefaultDlg::OnInitDialog()
         m_layout.Anchor(anchored.control, anchored.edges);
     for (const Field& field : m_fields)
         vak::detail::PrepareControl(field.binding, ControlOf(field));
-    if (m_store && !m_filledFrom)
+    if (m_store && !m_isFilled)
         ReinitDialog(*m_store);
     for (Field& field : m_fields)
         ShowValue(field);

@@ -23,8 +23,8 @@ struct AFX_CMDHANDLERINFO;
 /// shown, and by every save stored, as the default of its field. What no field names stays untouched.
 /// docs/dialogs.md shows how to use it.
 ///
-/// Several fields and parts may share a value: an unchanged field leaves alone what has meanwhile come to the
-/// store that filled it. One thread: the window's.
+/// Several fields and parts may share a value of the bound store: an unchanged field that was filled from it
+/// leaves alone what has come to it since. One thread: the window's.
 class VAK_API CDefaultDlg
 {
 public:
@@ -64,7 +64,8 @@ public:
     void ReinitDialog(const CCustomData& store);
     /// Validates what the user has changed. On failure one message tells all fields that failed, the first of
     /// them, in the order in which they were added, is selected with what was typed, nothing is saved, and 0
-    /// is returned. Else returns 1, and if `save` is non-zero all fields are in `store`.
+    /// is returned. Else returns 1, and if `save` is non-zero all fields are in `store`. What was saved to
+    /// the bound store, and only that, counts as unchanged from then on.
     int ValidateData(int save, CCustomData& store);
     /// Saves without validating: a field in which something invalid was entered counts as unchanged. Without
     /// a window that is what the part was last filled with.
@@ -137,8 +138,9 @@ private:
     std::vector<Field> m_fields;
     /// The stored values of the fields as they were filled or saved.
     CCustomData m_values;
-    /// Only compared: the store that filled the fields may be gone.
-    const CCustomData* m_filledFrom = nullptr;
+    bool m_isFilled = false;
+    /// Whether the bound store has last filled the fields, or got their values.
+    bool m_showsStore = false;
     /// The control of the field to select once the window is visible; 0 for none.
     int m_failedControl = 0;
     bool m_isFilling = false;

@@ -69,7 +69,6 @@ class DefaultDlg : public testing::Test
 protected:
     DefaultDlg()
     {
-        LoadLibraryW(L"comctl32.dll");
         AfxSetResourceHandle(GetModuleHandleW(nullptr));
         vak::SetTextLanguage(1036);
     }
