@@ -235,6 +235,10 @@ bool TrackerDrag::Finish()
     Release();
     if (!m_watch.IsAlive())
         return false;
+    if (!IsThere(m_wnd, m_window)) {
+        m_tracker.OnTrackerCallback(TrackingEnds, CRect(m_tracker.m_rect));
+        return false;
+    }
     m_tracker.Follow();
     const bool isTakenBack = m_state == State::TakenBack;
     const CRect last = isTakenBack ? m_start : m_working;
@@ -252,8 +256,10 @@ void TrackerDrag::Release()
     if (!m_isTracking)
         return;
     m_isTracking = false;
-    if (m_watch.IsAlive())
+    if (m_watch.IsAlive()) {
         m_tracker.m_tracking = FALSE;
+        m_tracker.m_isOrphan = !IsThere(m_wnd, m_window);
+    }
     // The window is told, and may do anything.
     if (CWnd::GetCapture() == m_window)
         ::ReleaseCapture();

@@ -84,7 +84,7 @@ public:
     /// takes everything back, or the window loses the capture, which leaves it as it is then. Shift keeps the
     /// horizontal, Ctrl the vertical position of the sides, without a constraint. Returns whether anything
     /// moved: 0 at once when nothing lies there, when another window has the mouse, or in a drag; 0 after a
-    /// drag that was taken back, or whose tracker is gone.
+    /// drag that was taken back, or whose window or tracker is gone.
     ///
     /// `allowInvert` lets a side pass the opposite one, at the minimum size. The outline is drawn on `clipTo`
     /// if that is not null, else on `wnd`. Other messages are dispatched meanwhile; WM_QUIT takes the drag
@@ -162,4 +162,6 @@ private:
     vak::detail::TrackerWatch* m_watch = nullptr;
     /// Where the handles stay reachable: the client area, where that is known.
     mutable CRect m_reach;
+    /// The window went in a drag, and with it may have gone whatever the rectangle is bound to.
+    bool m_isOrphan = false;
 };

@@ -61,6 +61,8 @@ CViewTracker::Place CViewTracker::CurrentPlace() const
 
 void CViewTracker::Follow() const
 {
+    if (m_isOrphan)
+        return;
     CWnd* const wnd = m_coord->GetWnd();
     m_reach = wnd && wnd->GetSafeHwnd() ? wnd->GetClientRect() : CRect();
     const Place place = CurrentPlace();
@@ -182,7 +184,7 @@ void CViewTracker::Close()
 
 void CViewTracker::InvalidateWith(CRect const& former) const
 {
-    CWnd* const wnd = m_coord->GetWnd();
+    CWnd* const wnd = m_isOrphan ? nullptr : m_coord->GetWnd();
     if (!wnd || !wnd->GetSafeHwnd())
         return;
     CRect covered;

@@ -8,10 +8,11 @@
 class CVakCoord;
 
 /// Keeps its rectangle in document pixels, exactly, and shows it at the zoom and scroll position of a
-/// CVakCoord (not owned; it and its window outlive the tracker). When these change, the rectangle in the
-/// window follows by itself, before it is used the next time; the document rectangle changes by drags, keys,
-/// SetRect and SetDocRect alone. A side that a drag brings back to where it began gets back its document
-/// pixel too, also where the zoom shows several pixels as one.
+/// CVakCoord (not owned; it outlives the tracker, but may go together with its window in a drag: the tracker
+/// is then of no use any more). When these change, the rectangle in the window follows by itself, before it
+/// is used the next time; the document rectangle changes by drags, keys, SetRect and SetDocRect alone. A side
+/// that a drag brings back to where it began gets back its document pixel too, also where the zoom shows
+/// several pixels as one.
 ///
 /// Handles of a rectangle that touches or leaves the client area are moved to its border.
 class VAK_API CViewTracker : public CVakTracker
@@ -80,7 +81,7 @@ private:
     void Show(CRect const& docRect, CRect const& clientRect);
     /// Has the window painted anew where the tracker is, and was.
     void InvalidateWith(CRect const& former) const;
-    bool IsBounded() const { return (m_flags & vak::InsideDocument) != 0; }
+    bool IsBounded() const { return (m_flags & vak::InsideDocument) && !m_isOrphan; }
     CRect Document() const;
 
     mutable Place m_place;
