@@ -171,7 +171,7 @@ TEST(ViewGeometryTest, HasResultsForTheWorstInput)
     for (int i = 0; i < 4 * 3 * 3 * 5 * 5; ++i) {
         const int size = numbers[i / 4 % 3 + 2], client = numbers[i / 12 % 3 + 2];
         CPoint point(numbers[i / 36 % 5], numbers[i / 180]);
-        const ViewGeometry view = View({size, size}, {client, client}, i % 4 * kThird * 32, point);
+        const ViewGeometry view = View({size, size}, {client, client}, (i % 4 - 1) * kThird * 32, point);
         EXPECT_GE(view.ClampedScroll(view.ScrollAround(point, {client, size})).x, 0);
         view.ToDocument(view.ToPage(CRect(point, CPoint(kMin, kMax)), true), {true, true, point.x > 0});
         EXPECT_GT(view.ClampedZoom(view.Filling(view.VisiblePage()).zoom, true), 0);

@@ -82,7 +82,7 @@ void PlaceAxis(LONG& low, LONG& high, int length, int client)
     low = 0;
     high = client;
     if (length < client) {
-        low = (client - length) / 2;
+        low = DifferenceOf(client, length) / 2;
         high = SumOf(int(low), length);
     }
 }

@@ -125,11 +125,15 @@ TEST(VakCoordTest, KeepsItsScrollViewInStep)
 {
     View view(CSize(1000, 150));
     CVakCoord& coord = view.m_coord;
-    CSize delta(900, 900), small(10, 10);
+    CSize document(1000, 150), delta(900, 900), small(10, -10);
     EXPECT_TRUE(coord.Scroll(delta) && !coord.Scroll(delta));
+    coord.Init(&view, document);
     EXPECT_EQ(view.Position(), CPoint(700, 0));
+    view.ScrollToPosition(CPoint(650, 0));
+    view.MoveWindow(CRect(20, 30, 320, 240));
+    EXPECT_EQ(view.Position(), CPoint(650, 0)) << "the view knows better";
     EXPECT_TRUE(coord.SetZoom(3, TRUE));
-    EXPECT_EQ(view.Position(), CPoint(700, 0)) << "the position stays where it can";
+    EXPECT_EQ(view.Position(), CPoint(650, 0)) << "the position stays where it can";
     EXPECT_EQ(view.GetTotalSize(), CSize(3000, 450));
     EXPECT_LT(view.GetClientRect().Width(), 300) << "the bars take room, which fitting gives back";
     coord.AutoFit(TRUE, TRUE);
@@ -137,7 +141,7 @@ TEST(VakCoordTest, KeepsItsScrollViewInStep)
     EXPECT_TRUE(view.Position() == CPoint() && coord.ClientCenter() == CPoint(147, 22));
     coord.Init(&view, small);
     coord.AutoFit(TRUE, FALSE);
-    EXPECT_EQ(coord.GetZoom(), 1);
+    EXPECT_TRUE(coord.GetZoom() == 1 && coord.GetDocSize() == CSize(10, 0));
 }
 
 TEST(VakCoordTest, ComesBackToTheSamePixelsAroundTheSamePoint)
