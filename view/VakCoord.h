@@ -72,7 +72,8 @@ public:
     /// times. (A point that is asked for anew at each step, by ClientToDoc, loses its fraction of a pixel
     /// each time.)
     int SetZoomAndCenter(float zoom, CPoint const& docPoint, int snap, int atCursor);
-    /// One step of the ladder around the middle of the visible part, in whole document pixels.
+    /// One step of the ladder around the middle of the visible part, which is taken anew in whole document
+    /// pixels: a step in and one out may end two of them away.
     int Zoom(int zoomIn);
     /// The zoom that Zoom leads to.
     float GetDefaultRatio(int zoomIn) const;
