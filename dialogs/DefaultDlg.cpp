@@ -79,10 +79,16 @@ void CDefaultDlg::SetChangeCallback(ChangeCallback callback, void* user)
 void CDefaultDlg::Bind(CWnd* window, CCustomData* store)
 {
     m_window = window;
-    m_store = store;
-    m_showsStore = false;
     for (Field& field : m_fields)
         field.isShown = false;
+    if (store == m_store)
+        return;
+    m_store = store;
+    m_isFilled = false;
+    m_showsStore = false;
+    m_values.RemoveAll();
+    for (Field& field : m_fields)
+        field.value = vak::detail::DefaultText(field.binding);
 }
 
 int CDefaultDlg::HasWindow() const

@@ -50,7 +50,7 @@ public:
     /// @}
 
     /// Binds the part to a window's object and a store; both may be null and neither is owned. Nothing is
-    /// shown yet.
+    /// shown yet. With another store than before, what the part was filled with is forgotten.
     void Bind(CWnd* window, CCustomData* store);
     CWnd* GetWindow() const { return m_window; }
     CCustomData* GetStore() const { return m_store; }

@@ -293,6 +293,9 @@ TEST_F(DefaultDlg, KeepsChangesForItsStoreAndFollowsIt)
     dialog.part.SaveData(dialog.store);
     EXPECT_TRUE(AreSame(dialog.store, Of(102, 0.25), 102)) << "the default was shown";
     EXPECT_TRUE(AreSame(dialog.store, Of('QUAL', 60), 'QUAL')) << "the window is gone, its values are not";
+    dialog.part.Bind(&dialog, &found);
+    dialog.part.SaveData(found);
+    EXPECT_TRUE(AreSame(found, Of('QUAL', 1), 'QUAL')) << "the values of a store do not come to another";
 }
 
 TEST_F(DefaultDlg, LaysAnchoredControlsOutAboveTheMinimum)
