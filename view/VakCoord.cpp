@@ -109,7 +109,8 @@ int CVakCoord::SetZoom(float zoom, int snap)
     if (!StoreZoom(zoom, snap))
         return FALSE;
     UpdateWindow();
-    Repaint();
+    if (HasWindow())
+        m_wnd->Invalidate(TRUE);
     return TRUE;
 }
 
@@ -122,7 +123,9 @@ int CVakCoord::SetZoomAndCenter(float zoom, CPoint const& docPoint, int snap, in
         const RedrawPause pause(m_wnd);
         Show(m_geometry.ScrollAround(docPoint, anchor));
     }
-    Repaint();
+    // Scroll bars that came or moved meanwhile were not drawn either.
+    if (HasWindow())
+        ::RedrawWindow(m_wnd->GetSafeHwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
     return TRUE;
 }
 
@@ -335,10 +338,4 @@ void CVakCoord::Show(CPoint wanted)
     m_geometry.client = ClientSize();
     ScrollTo(m_geometry.ClampedScroll(wanted));
     InitInfo();
-}
-
-void CVakCoord::Repaint()
-{
-    if (HasWindow())
-        m_wnd->Invalidate(TRUE);
 }

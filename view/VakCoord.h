@@ -162,5 +162,4 @@ private:
     bool StoreZoom(float zoom, int snap);
     void ScrollTo(CPoint pos);
     void Show(CPoint wanted);
-    void Repaint();
 };

@@ -144,6 +144,24 @@ TEST(VakCoordTest, KeepsItsScrollViewInStep)
     EXPECT_TRUE(coord.GetZoom() == 1 && coord.GetDocSize() == CSize(10, 0));
 }
 
+TEST(VakCoordTest, ShowsTheScrollBarsThatAZoomBrings)
+{
+    View view(CSize(200, 150));
+    const auto column = [&] {
+        std::vector<COLORREF> pixels;
+        view.UpdateWindow();
+        const HDC dc = GetWindowDC(view.GetSafeHwnd());
+        for (int y = 0; y < 200; y += 3)
+            pixels.push_back(GetPixel(dc, 290, y));
+        ReleaseDC(view.GetSafeHwnd(), dc);
+        return pixels;
+    };
+    view.m_coord.SetZoomAndCenter(4, CPoint(150, 140), TRUE, FALSE);
+    const std::vector<COLORREF> shown = column();
+    RedrawWindow(view.GetSafeHwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
+    EXPECT_EQ(shown, column());
+}
+
 TEST(VakCoordTest, ComesBackToTheSamePixelsAroundTheSamePoint)
 {
     // The document fits at the smallest zooms, so that bars come and go; in the corner that matters.
