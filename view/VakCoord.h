@@ -46,7 +46,8 @@ public:
     /// the scroll position as far as it fits. With a CScrollView its scroll bars follow.
     void Init(CWnd* wnd, CSize& docSize);
     /// The window has another client area, which is read from it; does nothing when `newClientSize` is the
-    /// known one.
+    /// known one. The scroll position is the view's, or without one stays: scrolling by nothing brings it
+    /// back into a range that has become smaller.
     void ClientSizeChange(CSize& newClientSize);
 
     CWnd* GetWnd() const { return m_wnd; }
