@@ -103,10 +103,10 @@ void CZipArchive::Extract(std::size_t index, LPCWSTR path, bool fullPath, LPCWST
     // "./" is the destination itself.
     if (cause != 0 && !(isFolder && cause == CZipException::nameEmpty && !wanted.IsEmpty()))
         ThrowZip(cause, state.path, listed);
-    detail::ZipTarget target(path, state.path, listed);
+    detail::ZipTarget target(path, state.path, listed, state.target);
     if (isFolder)
         return target.MakeFolder(safe + L'\\');
-    target.Begin(safe, state.temporary);
+    target.Begin(safe);
     ReadData(state, entry, bufferSize,
              [&target](std::span<const std::uint8_t> bytes) { target.Write(bytes); });
     target.Finish(detail::zip::TimeFromDos(entry.date, entry.time));

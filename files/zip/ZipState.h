@@ -4,6 +4,7 @@
 #include "files/zip/ZipDirectory.h"
 #include "files/zip/ZipEntryStream.h"
 #include "files/zip/ZipRewriter.h"
+#include "files/zip/ZipTarget.h"
 #include "files/zip/ZipVolumes.h"
 #include "framework/base/SystemFile.h"
 
@@ -40,7 +41,7 @@ struct ZipState
     std::uint64_t extracted = 0; ///< bytes since Open
     /// What all entries that are beyond the limit of the ratio expand to, once it was asked for.
     std::optional<std::uint64_t> bytesBeyondRatio;
-    unsigned int temporary = 0; ///< number of the last temporary's name
+    ZipTargetMemory target;
 
     ZipVolumes volumes;
     ZipDirectory directory;

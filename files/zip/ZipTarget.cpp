@@ -3,7 +3,6 @@
 #include "files/FilePath.h"
 #include "files/FileSystem.h"
 #include "files/ZipException.h"
-#include "framework/base/SystemFolder.h"
 #include "framework/base/Time.h"
 
 #include <algorithm>
@@ -20,26 +19,15 @@ bool IsFolder(DWORD attributes)
     return attributes != system::kInvalidAttributes && (attributes & system::kAttributeDirectory) != 0;
 }
 
-system::OpenOptions TemporaryOptions(system::OpenOptions::Disposition disposition)
-{
-    system::OpenOptions options;
-    options.read = options.write = true;
-    options.shareRead = options.shareDelete = true;
-    options.disposition = disposition;
-    return options;
-}
-
 } // namespace
 
-ZipTarget::ZipTarget(LPCWSTR folder, const CString& archive, const CString& entry)
-    : m_archive(archive), m_entry(entry)
+ZipTarget::ZipTarget(LPCWSTR folder, const CString& archive, const CString& entry, ZipTargetMemory& memory)
+    : m_archive(archive), m_entry(entry), m_memory(memory)
 {
     const CString wanted(folder == nullptr || *folder == 0 ? L"." : folder);
     if (!system::FullPath(wanted, m_folder))
         ThrowSystem();
     fileSlashTerminate(m_folder);
-    if (!IsFolder(system::FileAttributes(m_folder)) && fileCreateDirectory(m_folder, 1) == 0)
-        ThrowSystem();
 }
 
 ZipTarget::~ZipTarget()
@@ -74,6 +62,8 @@ void ZipTarget::EnterFolder(const CString& path)
 
 void ZipTarget::MakeFolder(const CString& name)
 {
+    if (!IsFolder(system::FileAttributes(m_folder)) && fileCreateDirectory(m_folder, 1) == 0)
+        ThrowSystem();
     int start = 0;
     for (int end = 0; (end = name.Find(L'\\', start)) >= 0; start = end + 1) {
         if (end > start)
@@ -81,24 +71,35 @@ void ZipTarget::MakeFolder(const CString& name)
     }
 }
 
-void ZipTarget::Begin(const CString& name, unsigned int& number)
+/// Whether it is still the folder that it was when it was found to be no link's: one look, however deep.
+bool ZipTarget::IsRemembered(const CString& folder) const
 {
-    MakeFolder(name);
+    system::FolderIdentity identity;
+    return folder == m_memory.folder && system::IdentifyFolder(folder, identity) &&
+           identity == m_memory.identity;
+}
+
+void ZipTarget::Begin(const CString& name)
+{
     m_target = m_folder + name;
-    if (system::IsLink(m_target))
-        Throw(CZipException::linkInPath);
-    if (IsFolder(system::FileAttributes(m_target)))
-        Throw(CZipException::nameTaken);
-    CreateTemporary(m_target.Left(m_target.ReverseFind(L'\\') + 1), number);
+    const CString folder = m_target.Left(m_target.ReverseFind(L'\\') + 1);
+    if (!IsRemembered(folder)) {
+        MakeFolder(name);
+        m_memory.folder = system::IdentifyFolder(folder, m_memory.identity) ? folder : CString();
+    }
+    CreateTemporary(folder);
 }
 
 /// A short name of its own: the entry's may be as long as names may be.
-void ZipTarget::CreateTemporary(const CString& folder, unsigned int& number)
+void ZipTarget::CreateTemporary(const CString& folder)
 {
+    system::OpenOptions options;
+    options.write = options.shareRead = options.shareDelete = true;
+    options.disposition = system::OpenOptions::Disposition::CreateNew;
     for (unsigned int tries = 0; tries < kMostNames; ++tries) {
         CString path = folder;
-        path.AppendFormat(L"~zip%u.tmp", ++number);
-        m_file = system::OpenFile(path, TemporaryOptions(system::OpenOptions::Disposition::CreateNew));
+        path.AppendFormat(L"~zip%u.tmp", ++m_memory.temporary);
+        m_file = system::OpenFile(path, options);
         if (m_file != system::kNoFile) {
             m_temporary = path;
             return;
@@ -122,28 +123,32 @@ void ZipTarget::Write(std::span<const std::uint8_t> bytes)
 
 void ZipTarget::Finish(std::int64_t time)
 {
-    if (!system::CloseFile(std::exchange(m_file, system::kNoFile)))
-        ThrowSystem();
-    const FILETIME written = FileTimeFromTime(time);
     // Not every file system takes every time; the data are worth more than their date.
     if (time != 0)
-        system::SetFileTimes(m_temporary, nullptr, nullptr, &written);
-    if (!system::RenameFile(m_temporary, m_target)) {
-        const DWORD error = system::LastFileError();
-        if (error != system::kErrorFileExists && error != system::kErrorAlreadyExists)
-            ThrowSystem();
-        Replace();
-    }
+        system::SetWrittenTime(m_file, FileTimeFromTime(time));
+    Name();
+    // What the system refuses only now it did not write.
+    m_temporary = std::exchange(m_target, CString());
+    if (!system::CloseFile(std::exchange(m_file, system::kNoFile)))
+        ThrowSystem();
     m_temporary.Empty();
 }
 
-/// In one step, so that the old file is there until the new one is.
-void ZipTarget::Replace()
+/// Through the open handle: nobody who looks at the new file can hold it up.
+void ZipTarget::Name()
 {
-    m_file = system::OpenFile(m_temporary, TemporaryOptions(system::OpenOptions::Disposition::OpenExisting));
-    if (m_file == system::kNoFile || !system::ReplaceFileBy(m_file, m_temporary, m_target))
+    if (system::RenameFileBy(m_file, m_temporary, m_target))
+        return;
+    const DWORD error = system::LastFileError();
+    if (error != system::kErrorFileExists && error != system::kErrorAlreadyExists)
+        Throw(CZipException::targetError, error);
+    if (system::IsLink(m_target))
+        Throw(CZipException::linkInPath);
+    if (IsFolder(system::FileAttributes(m_target)))
+        Throw(CZipException::nameTaken);
+    // In one step, so that the old file is there until the new one is.
+    if (!system::ReplaceFileBy(m_file, m_temporary, m_target, false))
         ThrowSystem();
-    system::CloseFile(std::exchange(m_file, system::kNoFile));
 }
 
 void ZipTarget::Discard()

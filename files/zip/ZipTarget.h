@@ -2,11 +2,22 @@
 
 #include "framework/base/String.h"
 #include "framework/base/SystemFile.h"
+#include "framework/base/SystemFolder.h"
 
 #include <cstdint>
 #include <span>
 
 namespace vak::detail {
+
+/// What is known from one entry to the next.
+struct ZipTargetMemory
+{
+    unsigned int temporary = 0; ///< number of the last temporary's name
+    /// The folder, slash-terminated, that was found to be reached without a link, and which one that is: as a
+    /// rule the next entry goes there too.
+    CString folder;
+    system::FolderIdentity identity;
+};
 
 /// One file or folder that an entry becomes, below the folder that the user named.
 ///
@@ -16,31 +27,33 @@ namespace vak::detail {
 class ZipTarget
 {
 public:
-    /// Creates the folder with its parents; an empty path is the current folder. `archive` and `entry` are
-    /// for exceptions and must outlive the object.
-    ZipTarget(LPCWSTR folder, const CString& archive, const CString& entry);
+    /// An empty path is the current folder. `archive` and `entry` are for exceptions and must outlive the
+    /// object, as must `memory`.
+    ZipTarget(LPCWSTR folder, const CString& archive, const CString& entry, ZipTargetMemory& memory);
     ~ZipTarget();
     ZipTarget(const ZipTarget&) = delete;
     ZipTarget& operator=(const ZipTarget&) = delete;
 
-    /// Creates every folder of `name` that a backslash ends.
+    /// Creates the folder with its parents, and every folder of `name` that a backslash ends.
     void MakeFolder(const CString& name);
-    /// Creates the folders on the way and the temporary; `number` counts the temporaries' names up.
-    void Begin(const CString& name, unsigned int& number);
+    /// Creates the folders on the way and the temporary.
+    void Begin(const CString& name);
     void Write(std::span<const std::uint8_t> bytes);
     /// Gives the file its time and its name, in place of a file that has it.
     void Finish(std::int64_t time);
 
 private:
+    bool IsRemembered(const CString& folder) const;
     void EnterFolder(const CString& path);
-    void CreateTemporary(const CString& folder, unsigned int& number);
+    void CreateTemporary(const CString& folder);
     void Discard();
-    void Replace();
+    void Name();
     [[noreturn]] void Throw(int cause, DWORD error = 0) const;
     [[noreturn]] void ThrowSystem() const;
 
     const CString& m_archive;
     const CString& m_entry;
+    ZipTargetMemory& m_memory;
     CString m_folder; ///< slash-terminated
     CString m_target;
     CString m_temporary; ///< empty when there is none

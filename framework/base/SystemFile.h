@@ -95,6 +95,8 @@ VAK_INTERNAL_API bool GetFileLength(HANDLE file, ULONGLONG& length);
 VAK_INTERNAL_API bool SetFileLength(HANDLE file, ULONGLONG length);
 /// Returns when what was written is on the disk.
 VAK_INTERNAL_API bool FlushFile(HANDLE file);
+/// Sets the last-write time; whoever writes on changes it again.
+VAK_INTERNAL_API bool SetWrittenTime(HANDLE file, const FILETIME& written);
 /// @}
 
 /// @name Files by name
@@ -125,8 +127,12 @@ VAK_INTERNAL_API bool RenameFile(LPCWSTR from, LPCWSTR to);
 VAK_INTERNAL_API bool DuplicateFile(LPCWSTR from, LPCWSTR to, bool failIfExists);
 /// Puts the open file `file`, named `from` and opened with shareDelete, in the place of `to` in one step,
 /// whether or not `to` exists: whoever opens `to` finds the old contents or the new. The handle stays open.
-/// Waits a moment for others (a scanner) to leave `to`.
-VAK_INTERNAL_API bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to);
+/// Waits a moment for others (a scanner) to leave `to`. With `toDisk` the name is on the disk when it
+/// returns.
+VAK_INTERNAL_API bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to, bool toDisk = true);
+/// The same for a name that is free; fails with kErrorAlreadyExists when it is taken. The name is not on the
+/// disk yet.
+VAK_INTERNAL_API bool RenameFileBy(HANDLE file, LPCWSTR from, LPCWSTR to);
 /// Sets `entries` to those of one folder, sorted by name without regard to case; "." and ".." are among them
 /// where the system has them. `folder` may end in a backslash and is the current one when empty.
 VAK_INTERNAL_API bool ListFolder(LPCWSTR folder, std::vector<FileEntry>& entries);

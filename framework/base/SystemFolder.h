@@ -17,6 +17,17 @@ VAK_INTERNAL_API bool MakeFolder(const CString& path);
 /// Removes one empty folder. A link or junction to a folder is itself removed, never what it leads to: false
 /// where the system cannot.
 VAK_INTERNAL_API bool RemoveEmptyFolder(const CString& path);
+/// Tells a folder from every other, also from one that comes to bear its name.
+struct FolderIdentity
+{
+    ULONGLONG volume = 0;
+    ULONGLONG number = 0;
+    ULONGLONG created = 0;
+
+    bool operator==(const FolderIdentity&) const = default;
+};
+/// False when the path, links on it followed, leads to no folder.
+VAK_INTERNAL_API bool IdentifyFolder(const CString& path, FolderIdentity& identity);
 /// True when the name is a link or junction, which leads out of the folder that holds it.
 VAK_INTERNAL_API bool IsLink(const CString& path);
 /// True when the system would not remove this name but what it leads to, somewhere else.

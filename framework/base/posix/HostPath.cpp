@@ -76,9 +76,23 @@ bool StartsWith(std::string_view text, std::string_view start)
     return text.substr(0, start.size()) == start;
 }
 
+/// Whether there is nothing to resolve, as in nearly every path.
+bool IsNormal(std::string_view path)
+{
+    char before = 0;
+    for (const char c : path) {
+        if (before == '/' && (c == '/' || c == '.'))
+            return false;
+        before = c;
+    }
+    return StartsWith(path, "/");
+}
+
 /// Resolves "." and ".." by the text alone, as the platform does: a folder that ".." leaves need not exist.
 std::string Normalise(std::string_view path)
 {
+    if (IsNormal(path))
+        return std::string(path);
     const bool rooted = StartsWith(path, "/");
     const bool slashed = path.size() > 1 && path.back() == '/';
     std::vector<std::string_view> parts;
@@ -115,21 +129,24 @@ std::string Refuse(DWORD* error, DWORD code)
 
 bool HasForbiddenCharacter(std::string_view host)
 {
-    for (const char c : host) {
+    const auto isForbidden = [](char c) {
         const bool control = static_cast<unsigned char>(c) < 0x20;
-        if (control || std::string_view("<>|\"?*:").find(c) != std::string_view::npos)
-            return true;
-    }
-    return false;
+        return control || c == '<' || c == '>' || c == '|' || c == '"' || c == '?' || c == '*' || c == ':';
+    };
+    return std::any_of(host.begin(), host.end(), isForbidden);
 }
 
 } // namespace
 
 std::string HostFromName(LPCWSTR name, std::size_t length)
 {
-    std::string out;
-    out.reserve(length);
-    for (std::size_t i = 0; i < length; ++i) {
+    // Nearly every name is plain to its end.
+    std::string out(length, '\0');
+    std::size_t plain = 0;
+    for (; plain < length && name[plain] < 0x80; ++plain)
+        out[plain] = static_cast<char>(name[plain]);
+    out.resize(plain);
+    for (std::size_t i = plain; i < length; ++i) {
         const wchar_t unit = name[i];
         if (IsHighSurrogate(unit) && i + 1 < length && IsLowSurrogate(name[i + 1])) {
             const std::uint32_t low = name[++i];

@@ -3,6 +3,7 @@
 #include "framework/base/String.h"
 #include "framework/base/SystemFileFault.h"
 
+#include <ctime>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,9 @@ CString PathFromHost(std::string_view host);
 /// back into those bytes, so every name of the host can be opened again.
 std::string HostFromName(LPCWSTR name, size_t length);
 CString NameFromHost(std::string_view host);
+
+/// The host's form of a moment.
+timespec ToHostTime(const FILETIME& time);
 
 /// The platform's error code (ERROR_...) for an errno value.
 DWORD ErrorFromErrno(int error);

@@ -120,7 +120,9 @@ HANDLE OpenFile(LPCWSTR path, const OpenOptions& options)
         Fail(error);
         return kNoFile;
     }
-    const bool isNew = access(host.c_str(), F_OK) != 0;
+    using Disposition = OpenOptions::Disposition;
+    const bool isNew = options.disposition == Disposition::CreateNew ||
+                       (options.disposition != Disposition::OpenExisting && access(host.c_str(), F_OK) != 0);
     const int descriptor = open(host.c_str(), HostFlags(options), 0666);
     if (descriptor < 0) {
         if (errno == EEXIST)
@@ -240,6 +242,12 @@ bool FlushFile(HANDLE file)
     if (Refused(FileOperation::Flush))
         return false;
     return fsync(Descriptor(file)) == 0 || FailErrno();
+}
+
+bool SetWrittenTime(HANDLE file, const FILETIME& written)
+{
+    const timespec times[] = {{0, UTIME_OMIT}, posix::ToHostTime(written)};
+    return futimens(Descriptor(file), times) == 0 || FailErrno();
 }
 
 } // namespace vak::system

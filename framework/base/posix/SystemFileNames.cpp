@@ -59,14 +59,7 @@ FILETIME ToFileTime(LONGLONG seconds, LONGLONG nanoseconds)
 
 timespec ToHostTime(const FILETIME* time)
 {
-    if (time == nullptr)
-        return {0, UTIME_OMIT};
-    const auto units = static_cast<LONGLONG>(ULONGLONG{time->dwHighDateTime} << 32 | time->dwLowDateTime);
-    const LONGLONG since = units - kEpochDistance;
-    LONGLONG rest = since % kUnitsPerSecond;
-    if (rest < 0)
-        rest += kUnitsPerSecond;
-    return {(since - rest) / kUnitsPerSecond, rest * 100};
+    return time == nullptr ? timespec{0, UTIME_OMIT} : posix::ToHostTime(*time);
 }
 
 bool Query(int folder, const char* name, FileEntry& entry)
@@ -230,7 +223,7 @@ bool DuplicateFile(LPCWSTR from, LPCWSTR to, bool failIfExists)
            ((entry.attributes & kAttributeReadOnly) == 0 || SetAttributes(to, entry.attributes));
 }
 
-bool ReplaceFileBy(HANDLE, LPCWSTR from, LPCWSTR to)
+bool ReplaceFileBy(HANDLE, LPCWSTR from, LPCWSTR to, bool toDisk)
 {
     if (Refused(FileOperation::Replace))
         return false;
@@ -248,8 +241,20 @@ bool ReplaceFileBy(HANDLE, LPCWSTR from, LPCWSTR to)
     }
     if (rename(source, target) != 0)
         return FailPath(target.Name());
-    FlushFolder(target.Folder());
+    if (toDisk)
+        FlushFolder(target.Folder());
     return true;
+}
+
+bool RenameFileBy(HANDLE, LPCWSTR from, LPCWSTR to)
+{
+    if (Refused(FileOperation::Rename))
+        return false;
+    const Host source(from);
+    const Host target(to);
+    if (!source || !target)
+        return false;
+    return renameat2(AT_FDCWD, source, AT_FDCWD, target, RENAME_NOREPLACE) == 0 || FailPath(target.Name());
 }
 
 bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
@@ -272,3 +277,13 @@ bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)
 }
 
 } // namespace vak::system
+
+timespec vak::posix::ToHostTime(const FILETIME& time)
+{
+    const auto units = static_cast<LONGLONG>(ULONGLONG{time.dwHighDateTime} << 32 | time.dwLowDateTime);
+    const LONGLONG since = units - system::kEpochDistance;
+    LONGLONG rest = since % system::kUnitsPerSecond;
+    if (rest < 0)
+        rest += system::kUnitsPerSecond;
+    return {(since - rest) / system::kUnitsPerSecond, rest * 100};
+}

@@ -5,6 +5,7 @@
 #include "framework/base/detail/PathText.h"
 #include "framework/base/posix/HostPath.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -70,6 +71,20 @@ bool RemoveEmptyFolder(const CString& path)
     if (host.empty())
         return false;
     return (IsHostLink(host) ? unlink(host.c_str()) : rmdir(host.c_str())) == 0;
+}
+
+bool IdentifyFolder(const CString& path, FolderIdentity& identity)
+{
+    struct statx found;
+    const std::string host = posix::HostFromPath(path);
+    if (host.empty() || statx(AT_FDCWD, host.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &found) != 0 ||
+        !S_ISDIR(found.stx_mode))
+        return false;
+    const auto joined = [](ULONGLONG high, ULONGLONG low) { return high << 32 | low; };
+    identity.volume = joined(found.stx_dev_major, found.stx_dev_minor);
+    identity.number = found.stx_ino;
+    identity.created = joined(static_cast<ULONGLONG>(found.stx_btime.tv_sec), found.stx_btime.tv_nsec);
+    return true;
 }
 
 bool IsLink(const CString& path)

@@ -174,4 +174,9 @@ bool FlushFile(HANDLE file)
     return FlushFileBuffers(file) || GetLastError() == ERROR_ACCESS_DENIED;
 }
 
+bool SetWrittenTime(HANDLE file, const FILETIME& written)
+{
+    return SetFileTime(file, nullptr, nullptr, &written) != 0;
+}
+
 } // namespace vak::system

@@ -48,14 +48,14 @@ std::vector<wchar_t> Complete(LPCWSTR path)
 }
 
 /// Renames through the open handle, which nobody can have opened against us.
-bool RenameByHandle(HANDLE file, LPCWSTR to)
+bool RenameByHandle(HANDLE file, LPCWSTR to, bool replace)
 {
     const std::vector<wchar_t> full = Complete(to);
     const size_t units = static_cast<size_t>(lstrlenW(full.data()));
     const size_t size = offsetof(FILE_RENAME_INFO, FileName) + (units + 1) * sizeof(wchar_t);
     std::vector<std::byte> room(size + sizeof(FILE_RENAME_INFO));
     auto* const rename = reinterpret_cast<FILE_RENAME_INFO*>(room.data());
-    rename->ReplaceIfExists = TRUE;
+    rename->ReplaceIfExists = replace;
     rename->FileNameLength = static_cast<DWORD>(units * sizeof(wchar_t));
     CopyMemory(rename->FileName, full.data(), units * sizeof(wchar_t));
     return SetFileInformationByHandle(file, FileRenameInfo, rename, static_cast<DWORD>(room.size()));
@@ -63,7 +63,7 @@ bool RenameByHandle(HANDLE file, LPCWSTR to)
 
 bool ReplaceOnce(HANDLE file, LPCWSTR from, LPCWSTR to)
 {
-    if (RenameByHandle(file, to))
+    if (RenameByHandle(file, to, true))
         return true;
     const DWORD error = GetLastError();
     if (error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION)
@@ -122,7 +122,7 @@ bool DuplicateFile(LPCWSTR from, LPCWSTR to, bool failIfExists)
     return !Refused(FileOperation::Copy) && CopyFileW(from, to, failIfExists);
 }
 
-bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to)
+bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to, bool)
 {
     if (Refused(FileOperation::Replace))
         return false;
@@ -136,6 +136,16 @@ bool ReplaceFileBy(HANDLE file, LPCWSTR from, LPCWSTR to)
         // Somebody has the target open; a scanner goes away by itself.
         Sleep(pause);
     }
+}
+
+bool RenameFileBy(HANDLE file, LPCWSTR from, LPCWSTR to)
+{
+    if (Refused(FileOperation::Rename))
+        return false;
+    if (RenameByHandle(file, to, false))
+        return true;
+    // Not every file system renames by handle.
+    return GetLastError() != ERROR_ALREADY_EXISTS && MoveFileW(from, to);
 }
 
 bool ReadFolder(LPCWSTR folder, std::vector<FileEntry>& entries)

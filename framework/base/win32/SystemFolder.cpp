@@ -11,6 +11,8 @@ namespace vak::system {
 
 namespace {
 
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 CString WithSlash(CString folder)
 {
     if (!folder.IsEmpty() && folder[folder.GetLength() - 1] != L'\\')
@@ -48,7 +50,6 @@ CString Filled(Fill fill)
 /// The path of what the system opens under a name without following it; empty when it does not tell.
 CString OpenedPath(const CString& path)
 {
-    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const HANDLE file = CreateFileW(path, 0, kShareAll, nullptr, OPEN_EXISTING,
                                     FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (file == INVALID_HANDLE_VALUE)
@@ -97,6 +98,25 @@ bool MakeFolder(const CString& path)
 bool RemoveEmptyFolder(const CString& path)
 {
     return !RemovesElsewhere(path) && RemoveDirectoryW(WithoutSlash(path)) != 0;
+}
+
+bool IdentifyFolder(const CString& path, FolderIdentity& identity)
+{
+    const HANDLE folder =
+        CreateFileW(path, 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (folder == INVALID_HANDLE_VALUE)
+        return false;
+    BY_HANDLE_FILE_INFORMATION found;
+    const bool isFolder = GetFileInformationByHandle(folder, &found) &&
+                          (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    CloseHandle(folder);
+    if (!isFolder)
+        return false;
+    const auto joined = [](ULONGLONG high, DWORD low) { return high << 32 | low; };
+    identity.volume = found.dwVolumeSerialNumber;
+    identity.number = joined(found.nFileIndexHigh, found.nFileIndexLow);
+    identity.created = joined(found.ftCreationTime.dwHighDateTime, found.ftCreationTime.dwLowDateTime);
+    return true;
 }
 
 bool IsLink(const CString& path)

@@ -119,6 +119,13 @@ TEST(ZipLinksTest, LinksInTheDestinationAreNotFollowed)
     fs::create_directories(folder.Host("out/d"));
     fs::create_symlink(safe / "a", folder.Host("out/d/a"));
     EXPECT_EQ(ZipCause([&] { zip.Extract(0, out); }), CZipException::linkInPath);
+    // Nor is one that takes the place of a folder which the entry before went to.
+    fs::remove(folder.Host("out/d/a"));
+    zip.Extract(0, out);
+    EXPECT_EQ(folder.Read("out/d/a"), "new");
+    fs::remove_all(folder.Host("out/d"));
+    fs::create_directory_symlink(safe, folder.Host("out/d"));
+    EXPECT_EQ(ZipCause([&] { zip.Extract(0, out); }), CZipException::linkInPath);
     EXPECT_EQ(folder.Read("safe/a"), "kept");
     // The destination itself is the user's choice.
     fs::create_directory_symlink(safe, folder.Host("chosen"));
