@@ -42,7 +42,9 @@ CString FolderOf(const CString& entry)
 
 bool IsArchive(const CString& path)
 {
-    CString extension = fileGetExtension(path);
+    // Of an archive in plain pieces, pack.zip.001 and so on, the first one stands for all.
+    const bool isPiece = path.Right(4) == L".001";
+    CString extension = fileGetExtension(isPiece ? path.Left(path.GetLength() - 4) : path);
     CString inner;
     return CZip::ExtractDirInfo(extension, inner) && inner.IsEmpty() && fileExists(path) &&
            !fileDirectoryExists(path);

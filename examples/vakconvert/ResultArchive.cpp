@@ -18,6 +18,17 @@ CString FolderOf(const CString& path)
     return path.Left(path.ReverseFind(L'\\') + 1);
 }
 
+/// The file, an archive perhaps, that the path runs through as if it were a folder; empty when there is none.
+CString FileOnTheWay(const CString& path)
+{
+    for (int end = path.Find(L'\\'); end >= 0; end = path.Find(L'\\', end + 1)) {
+        const CString part = path.Left(end);
+        if (fileExists(part) && !fileIsDirectory(part, 1))
+            return part;
+    }
+    return {};
+}
+
 } // namespace
 
 ResultArchive::ResultArchive(const Settings& settings) : m_settings(settings)
@@ -36,6 +47,8 @@ CString ResultArchive::Problem() const
         return L"nothing can be written in " + TemporaryFolder();
     if (fileIsDirectory(m_settings.zip))
         return m_settings.zip + L" is a folder";
+    if (const CString file = FileOnTheWay(m_settings.zip); !file.IsEmpty())
+        return file + L" is a file: no archive can be made below it";
     Settings there = m_settings;
     there.destination = FolderOf(m_settings.zip);
     return Batch(there).Problem();

@@ -88,6 +88,11 @@ TEST_F(VakconvertZip, TakesFilesThroughAnArchiveAsThroughAFolder)
     EXPECT_TRUE(Says("pack.zip\\models\\b.obj: 3 vertices")) << m_output;
     EXPECT_EQ(Run(L"--to ply @in\\*.zip"), 0u) << m_output;
     EXPECT_TRUE(Says("1 passed over: no target")) << "a pattern names archives as files";
+    const std::string bytes = m_folder.Read("in/pack.zip");
+    m_folder.Write("in/p.zip.001", bytes.substr(0, 50));
+    m_folder.Write("in/p.zip.002", bytes.substr(50));
+    EXPECT_EQ(Run(L"--to ply @in\\p.zip.001\\models"), 0u) << m_output;
+    EXPECT_TRUE(Says("p.zip.001\\models\\b.obj") && Says("1 material")) << m_output;
     m_folder.Write("in/x.zip/d.obj", kTriangle);
     EXPECT_EQ(Run(L"--to ply @in\\x.zip @in\\x.zip\\d.obj"), 0u) << m_output;
     EXPECT_TRUE(m_folder.Has("in/x.zip/d.ply")) << "a folder of that name is one";
@@ -131,11 +136,13 @@ TEST_F(VakconvertZip, CollectsResultsInAnArchiveThatAppearsWhole)
     EXPECT_EQ(namesIn("new/out.zip"), Names{"a.ply: ply"});
     EXPECT_EQ(Run(L"-y --to ply --zip @in/pack.zip @in\\pack.zip"), 0u) << "a source is never replaced";
     EXPECT_EQ(Made(".zip"), (Names{"in/pack (1).zip", "in/pack.zip", "new/out (1).zip", "new/out.zip"}));
-    m_folder.Write("file", "no folder");
-    EXPECT_EQ(Run(L"--to ply --zip @file\\out.zip @in\\pack.zip"), 1u);
+    SetFileAttributesW(m_folder.Path("new/out.zip"), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(Run(L"-y --to ply --zip @new/out.zip @in\\pack.zip"), 1u);
     EXPECT_TRUE(Says("0 converted, 1 failed")) << m_output;
+    SetFileAttributesW(m_folder.Path("new/out.zip"), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(Run(L"--to stl --zip @none.zip @in\\pack.zip\\x.obj"), 1u);
     EXPECT_FALSE(m_folder.Has("none.zip")) << "no results, no archive";
-    for (const wchar_t* wrong : {L"--dest @out", L"--beside", L"-s r", L"--tree", L"--zip @in"})
+    for (const wchar_t* wrong :
+         {L"--dest @out", L"--beside", L"-s r", L"--tree", L"--zip @in", L"--zip @in/pack.zip/o.zip"})
         EXPECT_EQ(Run(CString(L"--to ply --zip @o.zip @in\\pack.zip ") + wrong), 2u) << wrong;
 }
