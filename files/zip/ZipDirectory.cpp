@@ -2,7 +2,7 @@
 
 #include "files/ZipException.h"
 #include "files/detail/WildcardMatcher.h"
-#include "files/zip/ZipCrc.h"
+#include "files/zip/ZipCodec.h"
 #include "files/zip/ZipEnd.h"
 #include "files/zip/ZipNames.h"
 #include "framework/base/ByteOrder.h"

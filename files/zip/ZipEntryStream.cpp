@@ -1,7 +1,6 @@
 #include "files/zip/ZipEntryStream.h"
 
 #include "files/ZipException.h"
-#include "files/zip/ZipCrc.h"
 #include "framework/base/ByteOrder.h"
 
 #include <algorithm>

@@ -1,39 +1,14 @@
 #pragma once
 
+#include "files/zip/ZipCodec.h"
 #include "files/zip/ZipDirectory.h"
 #include "files/zip/ZipSource.h"
 #include "framework/base/String.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 namespace vak::detail {
-
-/// The decoder's state, kept from entry to entry because making it costs more than a small file.
-class ZipInflater
-{
-public:
-    ZipInflater();
-    ~ZipInflater();
-    ZipInflater(const ZipInflater&) = delete;
-    ZipInflater& operator=(const ZipInflater&) = delete;
-
-    /// Makes ready for a new stream. Throws CMemoryException*.
-    void Reset();
-    enum class Result
-    {
-        More, ///< all input is used up or all output is filled
-        End,  ///< the stream has ended
-        Damaged
-    };
-    /// Expands from the front of `input` to the front of `output` and takes both down to what is left.
-    Result Expand(ZipSource::Bytes& input, std::span<std::uint8_t>& output);
-
-private:
-    struct Stream;
-    std::unique_ptr<Stream> m_stream;
-};
 
 /// What an entry's local header says that the directory does not.
 struct ZipLocal

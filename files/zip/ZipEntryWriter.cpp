@@ -2,7 +2,6 @@
 
 #include "files/ZipArchive.h"
 #include "files/ZipException.h"
-#include "files/zip/ZipCrc.h"
 #include "framework/base/SystemFile.h"
 #include "framework/base/Time.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/zip/ZipDeflater.h"
+#include "files/zip/ZipCodec.h"
 #include "files/zip/ZipOutput.h"
 #include "files/zip/ZipRecords.h"
 #include "framework/base/String.h"

@@ -19,6 +19,12 @@ public:
         m_next += sizeof(T);
         return *this;
     }
+    Cursor& operator>>(EntryFields& fields)
+    {
+        return *this >> fields.versionNeeded >> fields.flags >> fields.method >> fields.time >> fields.date >>
+               fields.crc >> fields.compressed >> fields.uncompressed >> fields.nameLength >>
+               fields.extraLength;
+    }
 
 private:
     const std::uint8_t* m_next;
@@ -53,9 +59,7 @@ bool Parse(Bytes bytes, LocalHeader& record)
 {
     if (!Begins(bytes, kLocalSignature, kLocalSize))
         return false;
-    Cursor(bytes.subspan(4)) >> record.versionNeeded >> record.flags >> record.method >> record.time >>
-        record.date >> record.crc >> record.compressed >> record.uncompressed >> record.nameLength >>
-        record.extraLength;
+    Cursor(bytes.subspan(4)) >> static_cast<EntryFields&>(record);
     return true;
 }
 
@@ -63,10 +67,9 @@ bool Parse(Bytes bytes, CentralHeader& record)
 {
     if (!Begins(bytes, kCentralSignature, kCentralSize))
         return false;
-    Cursor(bytes.subspan(4)) >> record.versionMadeBy >> record.versionNeeded >> record.flags >>
-        record.method >> record.time >> record.date >> record.crc >> record.compressed >>
-        record.uncompressed >> record.nameLength >> record.extraLength >> record.commentLength >>
-        record.disk >> record.internalAttributes >> record.externalAttributes >> record.localOffset;
+    Cursor(bytes.subspan(4)) >> record.versionMadeBy >> static_cast<EntryFields&>(record) >>
+        record.commentLength >> record.disk >> record.internalAttributes >> record.externalAttributes >>
+        record.localOffset;
     return true;
 }
 

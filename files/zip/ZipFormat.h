@@ -52,7 +52,8 @@ constexpr std::uint32_t kSee64 = 0xFFFFFFFF;
 /// The space of an offset in 32 bits.
 constexpr std::uint64_t kLap = std::uint64_t{1} << 32;
 
-struct LocalHeader
+/// What local header and central record share.
+struct EntryFields
 {
     std::uint16_t versionNeeded = 0;
     std::uint16_t flags = 0;
@@ -66,19 +67,13 @@ struct LocalHeader
     std::uint16_t extraLength = 0;
 };
 
-struct CentralHeader
+struct LocalHeader : EntryFields
+{
+};
+
+struct CentralHeader : EntryFields
 {
     std::uint16_t versionMadeBy = 0;
-    std::uint16_t versionNeeded = 0;
-    std::uint16_t flags = 0;
-    std::uint16_t method = 0;
-    std::uint16_t time = 0;
-    std::uint16_t date = 0;
-    std::uint32_t crc = 0;
-    std::uint32_t compressed = 0;
-    std::uint32_t uncompressed = 0;
-    std::uint16_t nameLength = 0;
-    std::uint16_t extraLength = 0;
     std::uint16_t commentLength = 0;
     std::uint16_t disk = 0;
     std::uint16_t internalAttributes = 0;

@@ -144,6 +144,24 @@ std::size_t WideOffsetAt(const CentralHeader& header)
     return (header.uncompressed == kSee64 ? 8u : 0u) + (header.compressed == kSee64 ? 8u : 0u);
 }
 
+/// What local header and central record share.
+struct SharedFields
+{
+    bool needs64;       ///< to be read
+    bool hasWidePacked; ///< the compressed size is in the zip64 field
+    bool hasWide;       ///< the size is
+    std::size_t extra;  ///< length of the extra fields
+};
+
+void AppendShared(Buffer& to, const NewEntry& entry, const SharedFields& fields)
+{
+    Writer(to) << Needed(entry, fields.needs64) << Flags(entry) << entry.method << entry.dosTime.time
+               << entry.dosTime.date << entry.crc << Narrow(entry.compressed, fields.hasWidePacked)
+               << Narrow(entry.uncompressed, fields.hasWide)
+               << static_cast<std::uint16_t>(entry.name.bytes.GetLength())
+               << static_cast<std::uint16_t>(fields.extra);
+}
+
 } // namespace
 
 void AppendLocal(Buffer& to, const NewEntry& entry)
@@ -152,12 +170,9 @@ void AppendLocal(Buffer& to, const NewEntry& entry)
     if (entry.isWide)
         Writer(extra) << kExtraZip64 << std::uint16_t{16} << entry.uncompressed << entry.compressed;
     AppendTime(extra, entry.written);
-    const Bytes name = BytesOf(entry.name.bytes);
-    Writer(to) << kLocalSignature << Needed(entry, entry.isWide) << Flags(entry) << entry.method
-               << entry.dosTime.time << entry.dosTime.date << entry.crc
-               << Narrow(entry.compressed, entry.isWide) << Narrow(entry.uncompressed, entry.isWide)
-               << static_cast<std::uint16_t>(name.size()) << static_cast<std::uint16_t>(extra.size()) << name
-               << Bytes(extra);
+    Writer(to) << kLocalSignature;
+    AppendShared(to, entry, {entry.isWide, entry.isWide, entry.isWide, extra.size()});
+    Writer(to) << BytesOf(entry.name.bytes) << Bytes(extra);
 }
 
 void AppendCentral(Buffer& to, const NewEntry& entry, const Zip64Start& start)
@@ -176,13 +191,11 @@ void AppendCentral(Buffer& to, const NewEntry& entry, const Zip64Start& start)
     if (!values.empty())
         Writer(extra) << kExtraZip64 << static_cast<std::uint16_t>(values.size()) << Bytes(values);
     AppendTime(extra, entry.written);
-    const Bytes name = BytesOf(entry.name.bytes);
-    Writer(to) << kCentralSignature << kVersionMadeBy << Needed(entry, entry.isWide || !values.empty())
-               << Flags(entry) << entry.method << entry.dosTime.time << entry.dosTime.date << entry.crc
-               << Narrow(entry.compressed, isLongPacked) << Narrow(entry.uncompressed, isLong)
-               << static_cast<std::uint16_t>(name.size()) << static_cast<std::uint16_t>(extra.size())
-               << std::uint16_t{0} << static_cast<std::uint16_t>(entry.part) << std::uint16_t{0}
-               << entry.attributes << Narrow(entry.offset, isFar) << name << Bytes(extra);
+    Writer(to) << kCentralSignature << kVersionMadeBy;
+    AppendShared(to, entry, {entry.isWide || !values.empty(), isLongPacked, isLong, extra.size()});
+    Writer(to) << std::uint16_t{0} << static_cast<std::uint16_t>(entry.part) << std::uint16_t{0}
+               << entry.attributes << Narrow(entry.offset, isFar) << BytesOf(entry.name.bytes)
+               << Bytes(extra);
 }
 
 bool AppendRelocated(Buffer& to, Bytes record, std::uint64_t offset, const Zip64Start& start)
