@@ -121,8 +121,6 @@ const Defect kDefects[] = {
     {"entry: encrypted", Sound, Central, 8, 2, 1, E::encrypted, true},
     {"entry: unknown method", Sound, Central, 10, 2, 93, E::unknownMethod, true},
     {"entry: a patch", Sound, Central, 8, 2, 0x20, E::unknownMethod, true},
-    {"entry: wrong CRC", Sound, Central, 16, 4, 1, E::localCrc, true},
-    {"entry: other size", Sound, Central, 24, 4, 8, E::localSize, true},
     {"local: no header", Sound, Local, 2, 1, 9, E::localDamaged, true},
     {"local: other name", Sound, Local, 30, 1, 'F', E::localName, true},
     {"local: shorter name", Sound, Local, 26, 2, 4, E::localName, true},

@@ -70,18 +70,6 @@ TEST_F(ZipReadTest, EntriesAreFoundByNameByFileNameAndByPattern)
     EXPECT_TRUE(found.IsEmpty());
 }
 
-TEST_F(ZipReadTest, OfEqualNamesTheFirstIsFoundAmongThousands)
-{
-    std::vector<ZipSpec> specs;
-    for (int i = 0; i < 5000; ++i)
-        specs.push_back({"f" + std::to_string(i % 2500), std::to_string(i)});
-    Open(BuildZip(specs));
-    for (int i = 0; i < 2500; ++i)
-        ASSERT_EQ(zip.FindFile(CString(("f" + std::to_string(i)).c_str())), i);
-    EXPECT_EQ(zip.FindFile(L"f2500"), -1);
-    EXPECT_EQ(DataOf(zip, 4321), "4321");
-}
-
 /// Forms that tools write and that all say the same.
 TEST_F(ZipReadTest, EveryFormOfASoundArchiveIsRead)
 {
@@ -122,20 +110,7 @@ TEST_F(ZipReadTest, EveryFormOfASoundArchiveIsRead)
     }
 }
 
-TEST_F(ZipReadTest, Zip64FieldsStandForSizesAndOffset)
-{
-    const std::string sizes = Extra(1, Little(4, 8) + Little(4, 8));
-    BuiltZip built = BuildZip({{.name = "a", .data = "data", .extra = sizes, .localExtra = sizes},
-                               {.name = "b", .data = "1", .extra = Extra(1, Little(55, 8))}});
-    for (const std::size_t at : {built.local[0] + 18, built.central[0] + 20})
-        built.Put(at, ~std::uint64_t{0}, 8);
-    ASSERT_EQ(built.local[1], 55u);
-    built.Put(built.central[1] + 42, 0xFFFFFFFF, 4);
-    Open(built);
-    EXPECT_EQ(ContentsOf(zip), (Contents{{"a", "data"}, {"b", "1"}}));
-}
-
-TEST_F(ZipReadTest, WhatDoesNotFitTheInterfaceIsRefusedWhereItIsAskedFor)
+TEST_F(ZipReadTest, WhatDoesNotFitTheInterfaceIsRefusedOnlyWhereItIsAskedFor)
 {
     BuiltZip built = BuildZip({{.name = "a", .data = "data", .extra = Extra(1, Little(5'000'000'000, 8))}});
     built.Put(built.central[0] + 24, 0xFFFFFFFF, 4);
@@ -145,33 +120,49 @@ TEST_F(ZipReadTest, WhatDoesNotFitTheInterfaceIsRefusedWhereItIsAskedFor)
     EXPECT_EQ(header.GetLength(), 5'000'000'000u);
     EXPECT_EQ(ZipCause([&] { header.GetUncompressedSize(); }), E::tooLarge);
 
-    std::vector<ZipSpec> specs(65536, {"x", ""});
+    std::vector<ZipSpec> specs;
+    for (int i = 0; i < 65536; ++i)
+        specs.push_back({"f" + std::to_string(i % 40000), ""});
     Open(BuildZip(specs)); // a tool without zip64: the record says 0
     EXPECT_EQ(zip.GetCount(), 65536);
+    for (int i = 0; i < 40000; ++i) // of equal names the first
+        ASSERT_EQ(zip.FindFile(CString(specs[static_cast<std::size_t>(i)].name.c_str())), i);
     specs.push_back({"y", ""});
     Open(BuildZip(specs, {.zip64 = true}));
     EXPECT_EQ(zip.GetEntryCount(), 65537u);
     EXPECT_EQ(zip.Find(L"y"), 65536u);
     EXPECT_EQ(ZipCause([&] { zip.GetCount(); }), E::tooManyEntries);
     EXPECT_EQ(ZipCause([&] { zip.FindFile(L"y"); }), E::tooManyEntries);
+    Add("z", "last");
+    zip.Close();
+    zip.Open(path);
+    EXPECT_EQ(zip.GetEntryCount(), 65538u);
+    EXPECT_EQ(DataOf(zip, zip.Find(L"z")), "last");
 }
 
 TEST_F(ZipReadTest, ExtractingMakesFoldersNamesAndTimes)
 {
     Open(BuildZip(kThree));
     const CString to = folder.Path("out\\deep");
-    EXPECT_TRUE(zip.ExtractFile(1, to, true));
-    EXPECT_TRUE(zip.ExtractFile(1, to, false));
-    EXPECT_TRUE(zip.ExtractFile(2, to, true, L"sub/new.txt"));
-    EXPECT_TRUE(zip.ExtractFile(2, to, false, L"sub\\flat.txt"));
-    EXPECT_TRUE(zip.ExtractFile(0, to + L"\\more"));
-    EXPECT_TRUE(zip.ExtractFile(0, to, true, L"renamed"));
-    EXPECT_EQ(folder.Read("out/deep/models/Car.obj"), "v 1 2 3");
-    EXPECT_EQ(folder.Read("out/deep/Car.obj"), "v 1 2 3");
-    EXPECT_EQ(folder.Read("out/deep/sub/new.txt"), "hello");
-    EXPECT_EQ(folder.Read("out/deep/flat.txt"), "hello");
-    EXPECT_TRUE(folder.Has("out/deep/more/models"));
-    EXPECT_TRUE(folder.Has("out/deep/renamed"));
+    const struct
+    {
+        WORD index;
+        bool fullPath;
+        LPCWSTR newName;
+        const char *made, *data; ///< null: a folder
+    } rows[] = {
+        {1, true, nullptr, "models/Car.obj", "v 1 2 3"},
+        {1, false, nullptr, "Car.obj", "v 1 2 3"},
+        {2, true, L"sub/new.txt", "sub/new.txt", "hello"},
+        {2, false, L"sub\\flat.txt", "flat.txt", "hello"},
+        {0, true, nullptr, "models", nullptr},
+        {0, true, L"renamed", "renamed", nullptr},
+    };
+    for (const auto& row : rows) {
+        EXPECT_TRUE(zip.ExtractFile(row.index, to, row.fullPath, row.newName));
+        const std::string made = std::string("out/deep/") + row.made;
+        EXPECT_TRUE(row.data == nullptr ? folder.Has(made) : folder.Read(made) == row.data) << made;
+    }
     CFileStatus status;
     ASSERT_TRUE(CFile::GetStatus(folder.Path("out\\deep\\Car.obj"), status));
     EXPECT_EQ(status.m_mtime.Format(L"%Y-%m-%d %H:%M:%S"), L"2025-03-15 13:37:10");
@@ -197,18 +188,6 @@ TEST_F(ZipReadTest, AFileInTheWayIsReplacedOnlyByRightData)
     zip.Close(CZip::zipCloseAfterError);
     Open(BuildZip({{"other", "archive"}}));
     EXPECT_EQ(ContentsOf(zip), (Contents{{"other", "archive"}}));
-}
-
-TEST_F(ZipReadTest, LongEntriesPassThroughEveryBufferSize)
-{
-    const std::string text = Noise(65535);
-    Open(BuildZip({{"stored", text + text}, {"deflated", text, true}}));
-    for (const DWORD size : {0u, 5000u, 65536u, 0xFFFFFFFFu}) {
-        for (const WORD index : {0, 1})
-            EXPECT_TRUE(zip.ExtractFile(index, folder.Path("out"), true, nullptr, size));
-        EXPECT_TRUE(folder.Read("out/stored") == text + text);
-        EXPECT_TRUE(folder.Read("out/deflated") == text);
-    }
 }
 
 TEST_F(ZipReadTest, LimitsAreAskedBeforeAnythingIsWritten)

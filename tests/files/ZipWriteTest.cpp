@@ -256,22 +256,6 @@ TEST_F(ZipWriteTest, ASplitArchiveIsWrittenInPartsOfItsSize)
     EXPECT_EQ(ZipCause([&] { zip.Open(folder.Path("x.cbz"), CZip::zipCreateSplit, 65536); }), E::badArgument);
 }
 
-TEST_F(ZipWriteTest, MoreEntriesThanSixteenBitsCount)
-{
-    CZipArchive many;
-    many.Open(path, CZip::zipCreate);
-    const CString source = folder.Path();
-    CString name;
-    for (int i = 0; i < 65540; ++i) {
-        name.Format(L"%d", i);
-        many.Add(source, name);
-    }
-    many.Close();
-    many.Open(path);
-    EXPECT_EQ(many.GetEntryCount(), 65540u);
-    EXPECT_EQ(many.Find(L"65539\\"), 65539u);
-}
-
 TEST_F(ZipWriteTest, CommentsAreWrittenInTheArchivesCodePage)
 {
     Prepare();
