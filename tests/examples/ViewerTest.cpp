@@ -134,7 +134,7 @@ TEST_F(Viewer, SelectsByDraggingAndSavesThePixelsThatAreSelected)
     const TempFolder folder;
     Show(Picture(60, 40), CSize(140, 100));
     Type("+"); // the page begins at (10, 10)
-    EXPECT_EQ(TextOf(m_view->Status()), L"200 %    60 x 40");
+    EXPECT_EQ(TextOf(m_view->Status()).Find(L"200 %    60 x 40"), 0);
     Drag(CPoint(20, 20), CPoint(80, 50));
     const CRect part = m_view->Selection();
     EXPECT_EQ(part.TopLeft(), CPoint(5, 5));
@@ -177,7 +177,7 @@ TEST_F(Viewer, OpensItsWindowTellsTheViewAndRefusesToSaveNothing)
     const CWnd* const status = CWnd::FromHandlePermanent(GetWindow(view, GW_HWNDNEXT));
     ASSERT_NE(status, nullptr);
     SendMessageW(view, WM_CHAR, '+', 0);
-    EXPECT_EQ(status->GetWindowText(), L"200 %    40 x 20");
+    EXPECT_EQ(status->GetWindowText().Left(16), L"200 %    40 x 20");
     SendMessageW(view, WM_CHAR, 0x13, 0);
     EXPECT_EQ(recorder.Boxes().size(), 1u);
 }

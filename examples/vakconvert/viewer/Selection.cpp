@@ -40,5 +40,7 @@ CString TextOf(const ViewStatus& status)
                           static_cast<int>(part.bottom), part.Width(), part.Height());
     if (!status.aspect->IsFree())
         text.AppendFormat(L"    %s", status.aspect->name);
+    if (part.IsRectEmpty())
+        text += L"    (drag to select; right button: menu)";
     return text;
 }
