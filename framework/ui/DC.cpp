@@ -200,11 +200,6 @@ BOOL CDC::LineTo(POINT point)
     return ::LineTo(m_hDC, point.x, point.y);
 }
 
-BOOL CDC::Polyline(const POINT* points, int count)
-{
-    return ::Polyline(m_hDC, points, count);
-}
-
 BOOL CDC::Rectangle(LPCRECT rect)
 {
     return ::Rectangle(m_hDC, rect->left, rect->top, rect->right, rect->bottom);
@@ -219,11 +214,6 @@ void CDC::FillSolidRect(LPCRECT rect, COLORREF color)
 {
     SetBkColor(color);
     ::ExtTextOut(m_hDC, 0, 0, ETO_OPAQUE, rect, nullptr, 0, nullptr);
-}
-
-void CDC::InvertRect(LPCRECT rect)
-{
-    ::InvertRect(m_hDC, rect);
 }
 
 void CDC::Draw3dRect(LPCRECT rect, COLORREF topLeft, COLORREF bottomRight)

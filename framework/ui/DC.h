@@ -72,13 +72,11 @@ public:
     /// A line to there, without its last pixel, with the pen.
     BOOL LineTo(POINT point);
     BOOL LineTo(int x, int y) { return LineTo(CPoint(x, y)); }
-    BOOL Polyline(const POINT* points, int count);
     /// A frame with the pen, filled with the brush.
     BOOL Rectangle(LPCRECT rect);
     void FillRect(LPCRECT rect, CBrush* brush);
     /// Sets the background colour too.
     void FillSolidRect(LPCRECT rect, COLORREF color);
-    void InvertRect(LPCRECT rect);
     /// A frame one unit wide inside the rectangle.
     void Draw3dRect(LPCRECT rect, COLORREF topLeft, COLORREF bottomRight);
     /// Fills with the brush: `operation` is PATCOPY, PATINVERT, DSTINVERT, ...

@@ -266,29 +266,14 @@ void CWnd::MoveWindow(LPCRECT area, BOOL repaint)
     ::MoveWindow(m_hWnd, area->left, area->top, area->right - area->left, area->bottom - area->top, repaint);
 }
 
-void CWnd::GetWindowRect(LPRECT area) const
-{
-    ::GetWindowRect(m_hWnd, area);
-}
-
 void CWnd::ClientToScreen(LPPOINT point) const
 {
     ::ClientToScreen(m_hWnd, point);
 }
 
-void CWnd::ClientToScreen(LPRECT rect) const
-{
-    MapWindowPoints(nullptr, rect);
-}
-
 void CWnd::ScreenToClient(LPPOINT point) const
 {
     ::ScreenToClient(m_hWnd, point);
-}
-
-void CWnd::ScreenToClient(LPRECT rect) const
-{
-    ::MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<POINT*>(rect), 2);
 }
 
 void CWnd::MapWindowPoints(CWnd* to, LPRECT rect) const

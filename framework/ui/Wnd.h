@@ -73,13 +73,10 @@ public:
     /// Returns whether the window was visible before; `command` is SW_SHOW, SW_HIDE, ...
     BOOL ShowWindow(int command);
     void MoveWindow(LPCRECT area, BOOL repaint = TRUE);
-    void GetWindowRect(LPRECT area) const;
     /// These turn pixels of the client area into those of the screen, and back, or into those of another
     /// window's client area, the screen when `to` is null.
     void ClientToScreen(LPPOINT point) const;
-    void ClientToScreen(LPRECT rect) const;
     void ScreenToClient(LPPOINT point) const;
-    void ScreenToClient(LPRECT rect) const;
     void MapWindowPoints(CWnd* to, LPRECT rect) const;
     void SetFocus();
     /// Has the mouse's messages come here, wherever it is, until ::ReleaseCapture; returns the window that

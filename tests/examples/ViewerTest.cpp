@@ -125,6 +125,13 @@ TEST_F(Viewer, ZoomsAroundTheMouseAndBackToTheSamePixels)
         EXPECT_EQ(Seen(at.x, at.y), ColorOf(*m_document->AsImage(), under->x, under->y));
         Turn(-1, at);
     }
+    const CPoint before = m_view->GetScrollPosition();
+    m_view->SendMessage(WM_MBUTTONDOWN, MK_MBUTTON, MAKELPARAM(50, 50));
+    m_view->SendMessage(WM_MOUSEMOVE, MK_MBUTTON, MAKELPARAM(57, 53));
+    EXPECT_EQ(m_view->GetScrollPosition(), before - CSize(7, 3));
+    m_view->SendMessage(WM_MBUTTONUP);
+    m_view->SendMessage(WM_MOUSEMOVE, 0, MAKELPARAM(70, 70));
+    EXPECT_EQ(m_view->GetScrollPosition(), before - CSize(7, 3));
     Type("f");
     EXPECT_FALSE(m_view->GetStyle() & (WS_HSCROLL | WS_VSCROLL));
 }

@@ -241,14 +241,17 @@ void DocumentView::OnMButtonDown(UINT, CPoint point)
 
 void DocumentView::OnMButtonUp(UINT, CPoint)
 {
-    if (std::exchange(m_grip, std::nullopt))
+    if (m_grip)
         ReleaseCapture();
 }
 
-void DocumentView::OnMouseMove(UINT flags, CPoint point)
+void DocumentView::OnCaptureChanged(HWND)
 {
-    if (!(flags & MK_MBUTTON))
-        m_grip.reset();
+    m_grip.reset();
+}
+
+void DocumentView::OnMouseMove(UINT, CPoint point)
+{
     if (m_grip)
         OnScrollBy(CPoint(*m_grip - point) - m_coord.GetScrollPos());
     TrackCursor(point);

@@ -46,6 +46,7 @@ protected:
     void OnLButtonDown(UINT flags, CPoint point) override;
     void OnMButtonDown(UINT flags, CPoint point) override;
     void OnMButtonUp(UINT flags, CPoint point) override;
+    void OnCaptureChanged(HWND window) override;
     void OnMouseMove(UINT flags, CPoint point) override;
     void OnMouseLeave() override;
     BOOL OnMouseWheel(UINT flags, short delta, CPoint point) override;
