@@ -3,14 +3,10 @@
 #include "tests/support/Slots.h"
 #include "tests/view/windows/TrackerStage.h"
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <memory>
 
-using vak::test::KeysDown;
-using vak::test::Post;
-using vak::test::ServeMessages;
-using vak::test::TrackerEvents;
+using vak::test::SlotOf;
 using vak::test::TrackerStage;
 
 namespace {
@@ -20,124 +16,91 @@ const CRect kRect(50, 40, 150, 140);
 struct OpenTracker : CVakTracker
 {
     using CVakTracker::CVakTracker;
-    static void ExpectLayout();
+    static void ExpectLayout()
+    {
+        OpenTracker it(nullptr, 0, 0);
+        char* const start = reinterpret_cast<char*>(&it);
+        // Nothing else has room between these.
+        const void* const fields[] = {
+            start + 8,        &it.m_options,    &it.m_callback,    &it.m_callbackData, &it.m_constraint,
+            &it.m_tracking,   &it.m_ratio,      &it.m_allowInvert, &it.m_lastDragRect, &it.m_lastDragSize,
+            &it.m_erase,      &it.m_finalErase, &it.m_style,       &it.m_rect,         &it.m_minSize,
+            &it.m_handleSize, start + 108};
+        EXPECT_TRUE(std::is_sorted(std::begin(fields), std::end(fields)));
+        const std::size_t slots[] = {SlotOf<int (CVakTracker::*)(UINT, CRect const*)>(&OpenTracker::OnKey),
+                                     1,
+                                     2,
+                                     SlotOf(&OpenTracker::DrawTrackerRect),
+                                     SlotOf(&OpenTracker::AdjustRect),
+                                     SlotOf(&OpenTracker::OnRectChanged),
+                                     SlotOf(&OpenTracker::GetHandleMask),
+                                     SlotOf(&OpenTracker::OnTrackerCallback),
+                                     SlotOf(&OpenTracker::GetHandleSize)};
+        for (std::size_t i = 0; i < std::size(slots); ++i)
+            EXPECT_EQ(slots[i], i);
+    }
 };
-
-void OpenTracker::ExpectLayout()
-{
-    OpenTracker tracker(nullptr, 0, 0);
-    const void* const fields[] = {&tracker.m_options,     &tracker.m_callback,     &tracker.m_callbackData,
-                                  &tracker.m_constraint,  &tracker.m_tracking,     &tracker.m_ratio,
-                                  &tracker.m_allowInvert, &tracker.m_lastDragRect, &tracker.m_lastDragSize,
-                                  &tracker.m_erase,       &tracker.m_finalErase,   &tracker.m_style,
-                                  &tracker.m_rect,        &tracker.m_minSize,      &tracker.m_handleSize};
-    const std::ptrdiff_t offsets[] = {8, 16, 24, 32, 36, 40, 44, 48, 64, 72, 76, 80, 84, 100, 108};
-    for (std::size_t i = 0; i < std::size(offsets); ++i)
-        EXPECT_EQ(static_cast<const char*>(fields[i]) - reinterpret_cast<char*>(&tracker), offsets[i]) << i;
-    EXPECT_EQ(
-        vak::test::SlotOf(static_cast<int (CVakTracker::*)(unsigned int, CRect const*)>(&OpenTracker::OnKey)),
-        0u);
-    EXPECT_EQ(vak::test::SlotOf(&OpenTracker::DrawTrackerRect), 3u);
-    EXPECT_EQ(vak::test::SlotOf(&OpenTracker::AdjustRect), 4u);
-    EXPECT_EQ(vak::test::SlotOf(&OpenTracker::OnRectChanged), 5u);
-    EXPECT_EQ(vak::test::SlotOf(&OpenTracker::GetHandleMask), 6u);
-    EXPECT_EQ(vak::test::SlotOf(&OpenTracker::OnTrackerCallback), 7u);
-    EXPECT_EQ(vak::test::SlotOf(&OpenTracker::GetHandleSize), 8u);
-}
 
 class TrackerDragTest : public testing::Test
 {
 protected:
-    TrackerDragTest() { Make(); }
-    ~TrackerDragTest() override { ServeMessages(); }
-
-    void Make(const CRect& rect = kRect, unsigned int options = 0)
+    void Make(unsigned int options = 0)
     {
-        m_tracker = std::make_unique<CVakTracker>(rect, vak::ResizeInside, options);
-        m_events = TrackerEvents();
+        m_tracker = std::make_unique<CVakTracker>(kRect, vak::ResizeInside, options);
+        m_events = vak::test::TrackerEvents();
         m_events.Listen(*m_tracker);
     }
-    /// The button goes down there; what follows is read by Drag.
-    void Press(int x, int y) { m_start = CPoint(x, y); }
-    void MoveTo(int x, int y) { Post(m_window, WM_MOUSEMOVE, x, y); }
-    void Hit(int key) { Post(m_window, WM_KEYDOWN, key); }
-    int Release(int x, int y)
+    /// The left button goes down there; then follows what the script says.
+    int Drag(CPoint from, const std::string& script, int allowInvert = TRUE, CWnd* clipTo = nullptr)
     {
-        Post(m_window, WM_LBUTTONUP, x, y);
-        return Drag();
+        m_window.Play(script);
+        return m_tracker->Track(&m_window, from, allowInvert, clipTo);
     }
-    int Drag() { return m_tracker->Track(&m_window, m_start, m_allowInvert, m_clipTo); }
     void ExpectIdle()
     {
         EXPECT_EQ(CWnd::GetCapture(), nullptr);
         EXPECT_FALSE(m_tracker && m_tracker->IsTracking());
         EXPECT_TRUE(m_window.Pixels() == m_before) << "traces of the outline";
+        for (MSG message{}; PeekMessage(&message, nullptr, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE);)
+            continue;
     }
 
     TrackerStage m_window;
     std::vector<COLORREF> m_before = m_window.Pixels();
     std::unique_ptr<CVakTracker> m_tracker;
-    TrackerEvents m_events;
-    CPoint m_start;
-    int m_allowInvert = TRUE;
-    CWnd* m_clipTo = nullptr;
+    vak::test::TrackerEvents m_events;
 };
 
 } // namespace
 
-TEST_F(TrackerDragTest, KeepsMembersAndVirtualOperationsInTheirOrder)
-{
-    OpenTracker::ExpectLayout();
-}
-
 TEST_F(TrackerDragTest, TellsWhatHappensInOrderAndLeavesNoTraces)
 {
-    const struct
-    {
-        const char* name;
-        unsigned int options;
-        std::function<void()> rest;
-        const char* events;
-        int result;
-        CRect rect;
-    } rows[] = {
-        {"to another place", 0, [&] { Post(m_window, WM_LBUTTONUP, 90, 110); }, "21451454513", TRUE,
-         CRect(40, 60, 140, 160)},
-        {"and back", 0, [&] { Post(m_window, WM_LBUTTONUP, 100, 90); }, "2145145453", TRUE, kRect},
-        {"taken back by Escape", 0, [&] { Hit(VK_ESCAPE); }, "21454513", FALSE, kRect},
-        {"taken back by the right button", 0, [&] { Post(m_window, WM_RBUTTONDOWN, 0, 0); }, "21454513",
-         FALSE, kRect},
-        {"without an outline", vak::NoDragOutline, [&] { Post(m_window, WM_LBUTTONUP, 120, 100); }, "2113",
-         TRUE, CRect(70, 50, 170, 150)},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        Make(kRect, row.options);
+    OpenTracker::ExpectLayout();
+    TrackerStage clip;
+    const std::tuple<const char*, int, const char*, int, CPoint> rows[] = {
+        {"move 120 100 up 90 110", 0, "21451454513", TRUE, {40, 60}},
+        {"move 120 100 up 100 90", 0, "2145145453", TRUE, {50, 40}},
+        {"move 120 100 escape", 0, "21454513", FALSE, {50, 40}},
+        {"move 120 100 right", 0, "21454513", FALSE, {50, 40}},
+        {"move 120 100 up 120 100", vak::NoDragOutline, "2113", TRUE, {70, 50}},
+        {"up 100 90", 0, "23", FALSE, {50, 40}}};
+    for (const auto& [script, options, seen, result, place] : rows) {
+        TrackerStage* const drawn = result ? &clip : &m_window;
+        Make(options);
         bool isVisible = false;
-        m_events.m_once[vak::AfterOutline] = [&] { isVisible = m_window.Pixels() != m_before; };
-        Press(100, 90);
-        MoveTo(120, 100);
-        row.rest();
-        EXPECT_EQ(Drag(), row.result);
-        EXPECT_EQ(m_events.m_seen, row.events);
-        EXPECT_EQ(isVisible, row.options == 0);
-        EXPECT_EQ(m_tracker->GetRect(), row.rect);
-        EXPECT_EQ(m_events.m_rect, row.rect);
+        m_events.m_once[vak::AfterOutline] = [&] { isVisible = drawn->Pixels() != m_before; };
+        EXPECT_EQ(Drag(CPoint(100, 90), script, TRUE, result ? drawn : nullptr), result) << script;
+        EXPECT_EQ(m_events.m_seen, seen);
+        EXPECT_EQ(isVisible, m_events.m_seen.find('5') != std::string::npos);
+        EXPECT_EQ(m_tracker->GetRect(), CRect(place, kRect.Size()));
+        EXPECT_TRUE(clip.Pixels() == m_before);
         ExpectIdle();
     }
-    Make();
-    Press(30, 90);
-    EXPECT_EQ(Release(40, 90), FALSE) << "pressed outside";
-    EXPECT_EQ(m_events.m_seen, "");
-    ServeMessages();
-    Press(100, 90);
-    EXPECT_EQ(Release(100, 90), FALSE);
-    EXPECT_EQ(m_events.m_seen, "23");
 }
 
 TEST_F(TrackerDragTest, DragsWhatTheHandleKeysRatioAndMinimumSay)
 {
-    enum Rules
+    enum
     {
         None,
         NoInvert,
@@ -145,219 +108,107 @@ TEST_F(TrackerDragTest, DragsWhatTheHandleKeysRatioAndMinimumSay)
         Shift,
         Control
     };
-    const struct
-    {
-        CPoint from;
-        CPoint to;
-        Rules rules;
-        CRect rect;
-    } rows[] = {
-        {{55, 45}, {35, 50}, None, CRect(30, 45, 150, 140)},
-        {{145, 90}, {-35, 300}, None, CRect(50, 40, -30, 140)},
-        {{145, 90}, {-35, 300}, NoInvert, CRect(50, 40, 68, 140)},
-        {{145, 135}, {52, 30}, None, CRect(50, 40, 68, 22)},
-        {{145, 135}, {245, 0}, HalfAsHigh, CRect(50, 40, 250, 140)},
-        {{55, 45}, {149, 50}, HalfAsHigh, CRect(132, 131, 150, 140)},
-        {{100, 45}, {120, 65}, HalfAsHigh, CRect(70, 60, 170, 160)},
-        {{145, 135}, {165, 145}, Shift, CRect(50, 40, 150, 150)},
-        {{145, 135}, {165, 145}, Control, CRect(50, 40, 170, 140)},
-        {{100, 90}, {120, 100}, Shift, CRect(50, 50, 150, 150)},
-        {{145, 135}, {165, 130}, HalfAsHigh, CRect(50, 40, 170, 100)},
-    };
+    // From, to, rule and what comes of it.
+    const int rows[][9] = {
+        {55, 45, 35, 50, None, 30, 45, 150, 140},         {145, 90, -35, 300, None, 50, 40, -30, 140},
+        {145, 90, -35, 300, NoInvert, 50, 40, 68, 140},   {145, 135, 52, 30, None, 50, 40, 68, 22},
+        {145, 135, 245, 0, HalfAsHigh, 50, 40, 250, 140}, {55, 45, 149, 50, HalfAsHigh, 132, 131, 150, 140},
+        {100, 45, 120, 65, HalfAsHigh, 70, 60, 170, 160}, {145, 135, 165, 145, Shift, 50, 40, 150, 150},
+        {145, 135, 165, 145, Control, 50, 40, 170, 140},  {100, 90, 120, 100, Shift, 50, 50, 150, 150}};
     for (const auto& row : rows) {
-        SCOPED_TRACE(testing::PrintToString(row.from) + " to " + testing::PrintToString(row.to));
         Make();
-        m_allowInvert = row.rules != NoInvert;
-        m_tracker->SetConstraint(row.rules == HalfAsHigh, 0.5f);
-        const KeysDown keys{row.rules == Shift ? VK_SHIFT : 0, row.rules == Control ? VK_CONTROL : 0};
-        Press(row.from.x, row.from.y);
-        EXPECT_TRUE(Release(row.to.x, row.to.y));
-        EXPECT_EQ(m_tracker->GetRect(), row.rect);
+        m_tracker->SetConstraint(row[4] == HalfAsHigh, 0.5f);
+        const vak::test::KeyDown key(row[4] == Shift ? VK_SHIFT : row[4] == Control ? VK_CONTROL : 0);
+        const std::string script = "up " + std::to_string(row[2]) + " " + std::to_string(row[3]);
+        EXPECT_TRUE(Drag(CPoint(row[0], row[1]), script, row[4] != NoInvert));
+        EXPECT_EQ(m_tracker->GetRect(), CRect(row[5], row[6], row[7], row[8])) << script;
     }
-}
-
-TEST_F(TrackerDragTest, RubberBandBeginsAtTheMinimumAheadOfTheMouse)
-{
-    Post(m_window, WM_MOUSEMOVE, 80, 60);
-    Post(m_window, WM_LBUTTONUP, 100, 90);
+    Make();
+    m_window.Play("move 80 60 up 100 90");
     EXPECT_TRUE(m_tracker->TrackRubberBand(&m_window, CPoint(70, 50), TRUE));
-    EXPECT_EQ(m_tracker->GetRect(), CRect(70, 50, 118, 108));
+    EXPECT_EQ(m_tracker->GetRect(), CRect(70, 50, 118, 108)) << "ahead of the mouse by the minimum";
     EXPECT_EQ(m_events.m_seen, "1121451454513");
-    Post(m_window, WM_LBUTTONUP, 20, 20);
-    EXPECT_FALSE(m_tracker->TrackRubberBand(&m_window, CPoint(20, 20), TRUE)) << "nothing was drawn out";
-    ExpectIdle();
-}
-
-TEST_F(TrackerDragTest, OutlineOnAnotherWindowLeavesNoTraces)
-{
-    TrackerStage clip;
-    m_clipTo = &clip;
-    bool isVisible = false;
-    m_events.m_once[vak::AfterOutline] = [&] { isVisible = clip.Pixels() != m_before; };
-    Press(100, 90);
-    MoveTo(120, 110);
-    EXPECT_TRUE(Release(90, 90));
-    EXPECT_TRUE(isVisible);
-    EXPECT_TRUE(clip.Pixels() == m_before);
-    ExpectIdle();
 }
 
 TEST_F(TrackerDragTest, SurvivesHooksThatPaintChangeTheRectangleOrAskForMore)
 {
-    m_window.m_draw = [&](CDC* dc) { dc->FillSolidRect(CRect(60, 50, 70, 200), RGB(9, 9, 9)); };
-    m_window.Repaint();
-    m_before = m_window.Pixels();
-    m_events.m_onChange = [&] {
-        m_window.Repaint();
-        CRect rect = m_tracker->GetRect();
-        m_tracker->SetRect(CRect(rect.left / 10 * 10, rect.top, rect.right, rect.bottom));
-    };
+    Make();
     CVakTracker other(kRect, vak::ResizeInside, 0);
     for (const int event : {vak::TrackingBegins, vak::RectChanged, vak::AfterOutline})
-        m_events.m_once[event] = [&] {
+        m_events.m_once[event] = [&, event] {
             EXPECT_FALSE(other.Track(&m_window, CPoint(100, 100), TRUE, nullptr));
             EXPECT_FALSE(m_tracker->Track(&m_window, CPoint(100, 100), TRUE, nullptr));
             EXPECT_FALSE(other.TrackRubberBand(&m_window, CPoint(1, 1), TRUE));
-            EXPECT_EQ(other.GetRect(), kRect);
+            if (event == vak::AfterOutline)
+                m_events.m_once[vak::RectChanged] = [&] {
+                    m_window.Repaint();
+                    m_tracker->SetRect(CRect(0, 0, 40, 40));
+                };
         };
     m_window.m_on[WM_APP] = [&](LPARAM) { m_window.Repaint(); };
-    Press(55, 90);
-    MoveTo(38, 90);
-    Post(m_window, WM_APP, 0);
-    MoveTo(27, 90);
-    EXPECT_TRUE(Release(13, 95));
-    EXPECT_EQ(m_tracker->GetRect(), CRect(0, 40, 150, 140)) << "8, put on tens";
+    EXPECT_TRUE(Drag(CPoint(55, 90), "move 38 90 app move 27 90 up 13 95"));
+    EXPECT_EQ(m_tracker->GetRect(), CRect(8, 40, 150, 140)) << "the drag goes on from where it was";
+    EXPECT_EQ(other.GetRect(), kRect);
     ExpectIdle();
-
-    Make();
-    m_window.SetCapture();
-    Press(100, 90);
-    EXPECT_TRUE(Release(101, 90)) << "its own window has the mouse already";
     TrackerStage rival;
     rival.SetCapture();
-    EXPECT_FALSE(Release(105, 90));
+    EXPECT_FALSE(Drag(CPoint(100, 90), ""));
     EXPECT_EQ(CWnd::GetCapture(), rival.GetSafeHwnd());
-    ::ReleaseCapture();
 }
 
-TEST_F(TrackerDragTest, EndsInGoodOrderWhenTheCaptureIsLost)
+TEST_F(TrackerDragTest, EndsInGoodOrderWhateverAHookEnds)
 {
-    Press(100, 90);
-    m_events.m_once[vak::RectChanged] = [] { ::ReleaseCapture(); };
-    MoveTo(110, 95);
-    MoveTo(190, 195);
-    EXPECT_TRUE(Drag());
-    EXPECT_EQ(m_tracker->GetRect(), CRect(60, 45, 160, 145));
-    EXPECT_EQ(m_events.m_seen, "2113");
-    ServeMessages();
-
-    Make();
-    m_events.m_once[vak::RectChanged] = [&] {
-        SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR id, DWORD) {
-            if (const HWND box = FindWindow(nullptr, L"Tracker"); box && KillTimer(nullptr, id))
-                PostMessage(box, WM_CLOSE, 0, 0);
-        });
-        ::MessageBox(m_window.GetSafeHwnd(), L"", L"Tracker", MB_OK);
-    };
-    MoveTo(110, 95);
-    EXPECT_TRUE(Drag());
-    EXPECT_EQ(m_tracker->GetRect(), CRect(60, 45, 160, 145));
-    m_window.Repaint();
-    ExpectIdle();
-
-    Make();
-    m_events.m_once[vak::AfterOutline] = [] { PostQuitMessage(7); };
-    MoveTo(110, 95);
-    EXPECT_FALSE(Drag());
-    EXPECT_EQ(m_tracker->GetRect(), kRect);
+    std::unique_ptr<TrackerStage> window;
     MSG message{};
-    EXPECT_TRUE(PeekMessage(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) && message.wParam == 7);
-    ExpectIdle();
-}
-
-TEST_F(TrackerDragTest, EndsInGoodOrderWhenAHookDestroysOrThrows)
-{
-    for (const int event : {vak::TrackingBegins, vak::RectChanged, vak::BeforeOutline, vak::AfterOutline}) {
-        SCOPED_TRACE(event);
-        Make();
-        Press(100, 90);
-        MoveTo(110, 95);
-        m_events.m_once[event] = [] { AfxThrowNotSupportedException(); };
-        bool isCaught = false;
-        try {
-            Drag();
-        } catch (CNotSupportedException* exception) {
-            isCaught = true;
-            exception->Delete();
+    const std::function<void()> ends[] = {[&] { window.reset(); },
+                                          [&] { m_tracker.reset(); },
+                                          [] { AfxThrowNotSupportedException(); },
+                                          [] { ::ReleaseCapture(); },
+                                          [] { PostQuitMessage(7); },
+                                          [&] { EnableWindow(window->GetSafeHwnd(), FALSE); }};
+    for (const int event : {vak::TrackingBegins, vak::RectChanged, vak::BeforeOutline, vak::AfterOutline})
+        for (const auto& end : ends) {
+            const auto which = &end - ends;
+            SCOPED_TRACE(testing::Message() << which << " at " << event);
+            Make();
+            window = std::make_unique<TrackerStage>();
+            window->Play((which == 3 || which == 5) && event == vak::TrackingBegins ? "up 110 95"
+                                                                                    : "move 110 95");
+            m_events.m_once[event] = end;
+            try {
+                const int moved = m_tracker->Track(window.get(), CPoint(100, 90), TRUE, nullptr);
+                EXPECT_NE(which, 2) << "the exception is lost";
+                EXPECT_EQ(moved, which == 3 || which == 5) << "keeps what it reached";
+            } catch (CNotSupportedException* exception) {
+                exception->Delete();
+            }
+            EXPECT_EQ(which == 4, PeekMessage(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != 0);
+            EXPECT_EQ(which == 1 || which == 2, m_events.m_seen.back() != '3');
+            EXPECT_TRUE(!window || window->Pixels() == m_before) << "traces of the outline";
+            ExpectIdle();
         }
-        EXPECT_TRUE(isCaught);
-        ExpectIdle();
-        ServeMessages();
-
-        MoveTo(110, 95);
-        m_events.m_once[event] = [&] { m_tracker.reset(); };
-        EXPECT_FALSE(Drag());
-        ExpectIdle();
-        ServeMessages();
-
-        Make();
-        auto window = std::make_unique<TrackerStage>();
-        Post(*window, WM_MOUSEMOVE, 110, 95);
-        m_events.m_once[event] = [&] { window.reset(); };
-        EXPECT_FALSE(m_tracker->Track(window.get(), CPoint(100, 90), TRUE, nullptr));
-        EXPECT_EQ(m_events.m_seen.back(), '3');
-        ExpectIdle();
-    }
-    Make();
-    m_events.m_once[vak::TrackingEnds] = [&] { m_tracker.reset(); };
-    MoveTo(110, 95);
-    EXPECT_FALSE(Release(110, 95));
     Make();
     m_window.m_on[WM_DESTROY] = [&](LPARAM) { m_tracker.reset(); };
-    MoveTo(110, 95);
-    Post(m_window, WM_CLOSE, 0);
-    EXPECT_FALSE(Drag());
-    EXPECT_EQ(CWnd::GetCapture(), nullptr);
+    EXPECT_FALSE(Drag(CPoint(100, 90), "move 110 95 close"));
 }
 
-TEST_F(TrackerDragTest, FollowsTheMouseAndTheKeyboardThemselves)
+TEST_F(TrackerDragTest, FollowsTheMouseItself)
 {
-    const auto mouse = [](DWORD flags) {
+    Make();
+    const auto press = [](DWORD button) {
         INPUT input{};
-        input.type = INPUT_MOUSE;
-        input.mi.dwFlags = flags;
+        input.mi.dwFlags = button;
         SendInput(1, &input, sizeof input);
     };
-    const auto key = [](WORD code, DWORD flags) {
-        INPUT input{};
-        input.type = INPUT_KEYBOARD;
-        input.ki.wVk = code;
-        input.ki.dwFlags = flags;
-        SendInput(1, &input, sizeof input);
+    int step = 0;
+    m_window.m_on[WM_TIMER] = [&](LPARAM) {
+        const int x[] = {300, 300, 310, 330};
+        ++step == 2 ? press(MOUSEEVENTF_LEFTDOWN) : step == 5 ? press(MOUSEEVENTF_LEFTUP) : void();
+        step<5 ? void(SetCursorPos(x[step - 1], 200 + x[step - 1] / 3)) : step> 5 ? m_window.Play("close")
+                                                                                  : void();
     };
-    std::vector<std::function<void()>> steps = {
-        [] { SetCursorPos(300, 290); },
-        [&] { mouse(MOUSEEVENTF_LEFTDOWN); },
-        [] { SetCursorPos(310, 295); },
-        [] { SetCursorPos(330, 300); },
-        [&] { mouse(MOUSEEVENTF_LEFTUP); },
-        [&] { mouse(MOUSEEVENTF_LEFTDOWN); },
-        [] { SetCursorPos(390, 350); },
-        [&] { key(VK_ESCAPE, 0); },
-        [&] { mouse(MOUSEEVENTF_LEFTUP); },
-        [&] { key(VK_ESCAPE, KEYEVENTF_KEYUP); },
-        [&] { PostMessage(m_window.GetSafeHwnd(), WM_CLOSE, 0, 0); },
-    };
-    std::size_t next = 0;
-    std::vector<int> results;
-    m_window.m_on[WM_TIMER] = [&](LPARAM) { next < steps.size() ? steps[next++]() : void(); };
-    m_window.m_on[WM_LBUTTONDOWN] = [&](LPARAM point) {
-        results.push_back(m_tracker->Track(&m_window, CPoint(LOWORD(point), HIWORD(point)), TRUE, nullptr));
-    };
-    SetForegroundWindow(m_window.GetSafeHwnd());
-    m_window.SetFocus();
+    m_window.m_on[WM_LBUTTONDOWN] = [&](LPARAM) { EXPECT_TRUE(Drag(CPoint(100, 100), "")); };
     m_window.SetTimer(1, 20);
     m_window.RunModalLoop();
-    EXPECT_EQ(results, (std::vector<int>{TRUE, FALSE}));
-    EXPECT_EQ(m_tracker->GetRect(), CRect(80, 50, 180, 150)) << "the first drag alone";
+    EXPECT_EQ(m_tracker->GetRect(), CRect(80, 50, 180, 150));
 }

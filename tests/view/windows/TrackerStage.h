@@ -4,8 +4,11 @@
 #include "framework/ui/Wnd.h"
 #include "view/VakTracker.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -26,28 +29,44 @@ public:
     {
         CClientDC window(this);
         CDC memory;
-        CBitmap picture;
         memory.CreateCompatibleDC(&window);
-        picture.CreateCompatibleBitmap(&window, 300, 200);
+        BITMAPINFO info{{sizeof(BITMAPINFOHEADER), 300, -200, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
+        void* bits = nullptr;
+        CBitmap picture;
+        picture.Attach(CreateDIBSection(window.GetSafeHdc(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
         CBitmap* const former = memory.SelectObject(&picture);
         memory.BitBlt(0, 0, 300, 200, &window, 0, 0, SRCCOPY);
         memory.SelectObject(former);
-        BITMAPINFO info{{sizeof(BITMAPINFOHEADER), 300, -200, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
-        std::vector<COLORREF> pixels(300 * 200);
-        GetDIBits(memory.GetSafeHdc(), static_cast<HBITMAP>(picture.GetSafeHandle()), 0, 200, pixels.data(),
-                  &info, DIB_RGB_COLORS);
-        return pixels;
+        const auto* const pixels = static_cast<const COLORREF*>(bits);
+        return {pixels, pixels + 300 * 200};
     }
     void Repaint()
     {
         Invalidate();
         UpdateWindow();
     }
+    /// Posts what the mouse and the user do, to be read by the drag that follows: "move 20 30 up 40 50",
+    /// "escape", "right", "close", and "app" for a hook.
+    void Play(const std::string& script)
+    {
+        std::istringstream words(script);
+        for (std::string verb; words >> verb;) {
+            int x = 0, y = 0;
+            if (verb == "move" || verb == "up")
+                words >> x >> y;
+            const UINT message = kMessages.at(verb);
+            PostMessage(m_hWnd, message, message == WM_KEYDOWN ? VK_ESCAPE : 0, MAKELPARAM(x, y));
+        }
+    }
 
     std::function<void(CDC*)> m_draw = [](CDC*) {};
     std::map<UINT, std::function<void(LPARAM)>> m_on;
 
 protected:
+    inline static const std::map<std::string, UINT> kMessages = {
+        {"move", WM_MOUSEMOVE},    {"up", WM_LBUTTONUP}, {"escape", WM_KEYDOWN},
+        {"right", WM_RBUTTONDOWN}, {"close", WM_CLOSE},  {"app", WM_APP}};
+
     void OnPaint() override
     {
         CPaintDC dc(this);
@@ -72,7 +91,6 @@ public:
     std::string m_seen;
     CRect m_rect;
     std::map<int, std::function<void()>> m_once;
-    std::function<void()> m_onChange = [] {};
 
 private:
     static void Note(int event, CRect const& rect, void* data)
@@ -80,46 +98,22 @@ private:
         auto* const events = static_cast<TrackerEvents*>(data);
         events->m_seen += std::to_string(event);
         events->m_rect = rect;
-        if (event == vak::RectChanged)
-            events->m_onChange();
         if (auto action = events->m_once.extract(event))
             action.mapped()();
     }
 };
 
-/// Holds keys down for the messages that are read meanwhile.
-class KeysDown
+/// Holds a key down for the messages that are read meanwhile; 0 for none.
+struct KeyDown
 {
-public:
-    explicit KeysDown(std::initializer_list<int> keys)
+    explicit KeyDown(int key) { Set(key, 0x80); }
+    ~KeyDown() { Set(0, 0); }
+    static void Set(int key, BYTE held)
     {
         BYTE state[256] = {};
-        for (const int key : keys)
-            state[key] = 0x80;
-        SetKeyboardState(state);
-    }
-    KeysDown(const KeysDown&) = delete;
-    KeysDown& operator=(const KeysDown&) = delete;
-    ~KeysDown()
-    {
-        BYTE state[256] = {};
+        state[key] = held;
         SetKeyboardState(state);
     }
 };
-
-/// Posts what the mouse and the keyboard would, to be read by the drag that follows.
-inline void Post(CWnd& window, UINT message, int x, int y = 0)
-{
-    const bool isKey = message == WM_KEYDOWN;
-    PostMessage(window.GetSafeHwnd(), message, isKey ? static_cast<WPARAM>(x) : 0,
-                isKey ? 0 : MAKELPARAM(x, y));
-}
-
-inline void ServeMessages()
-{
-    MSG message{};
-    while (PeekMessage(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT)
-        DispatchMessage(&message);
-}
 
 } // namespace vak::test
