@@ -13,6 +13,8 @@ namespace {
 constexpr int kApplyId = 0x3021;
 /// Between a custom button and the one before it, in pixels.
 constexpr int kButtonGap = 5;
+/// The system's windows are not wider, in pixels.
+constexpr unsigned int kWidestButton = 0x7FFF;
 /// Between the controls of a dialog and its border, in the dialog's own units.
 constexpr int kDialogMargin = 7;
 
@@ -192,23 +194,30 @@ void CCustomPropertySheet::CreateCustomButtons()
         return;
     m_buttonFont.CreatePointFont(kDialogPointSize, kDialogFace);
     CRect area = ClientAreaOf(reference);
-    const int usualWidth = area.Width();
+    const auto usualWidth = static_cast<unsigned int>(area.Width());
     HWND before = reference;
     for (int index = 0; index < m_customButtons.GetSize(); ++index) {
         CustomButton& button = m_customButtons[index];
         area.left = area.right + kButtonGap;
-        area.right = area.left + (button.width ? static_cast<int>(button.width) : usualWidth);
-        button.window = new CButton;
-        // A tab stop, or the keyboard would not reach it.
-        button.window->Create(button.caption, WS_CHILD | WS_VISIBLE | WS_TABSTOP, area, this,
-                              GetFirstCustomID() + static_cast<UINT>(index));
-        button.window->SetFont(&m_buttonFont, TRUE);
-        // The tab key comes to the buttons in the order in which they stand.
-        SetWindowPos(button.window->GetSafeHwnd(), before, 0, 0, 0, 0,
-                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-        before = button.window->GetSafeHwnd();
+        area.right =
+            area.left + static_cast<LONG>(std::min(button.width ? button.width : usualWidth, kWidestButton));
+        before = MakeButton(button, index, area, before);
     }
     UpdateSheetSize();
+}
+
+/// Returns the button, which comes behind `before` in the order of the tab key.
+HWND CCustomPropertySheet::MakeButton(CustomButton& button, int index, const CRect& area, HWND before)
+{
+    button.window = new CButton;
+    // A tab stop, or the keyboard would not reach it.
+    if (!button.window->Create(button.caption, WS_CHILD | WS_VISIBLE | WS_TABSTOP, area, this,
+                               GetFirstCustomID() + static_cast<UINT>(index)))
+        return before;
+    button.window->SetFont(&m_buttonFont, TRUE);
+    const HWND made = button.window->GetSafeHwnd();
+    SetWindowPos(made, before, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    return made;
 }
 
 void CCustomPropertySheet::UpdateSheetSize()
@@ -237,10 +246,12 @@ void CCustomPropertySheet::Widen(LONG pixels)
     window.right += pixels;
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
-    GetMonitorInfo(MonitorFromWindow(m_hWnd, MONITOR_DEFAULTTONEAREST), &monitor);
-    const LONG outside = std::max(window.right - monitor.rcWork.right, 0L);
-    const LONG left = std::max(window.left - outside, std::min(window.left, monitor.rcWork.left));
-    SetWindowPos(m_hWnd, nullptr, left, window.top, window.Width(), window.Height(), kFlags);
+    if (GetMonitorInfo(MonitorFromWindow(m_hWnd, MONITOR_DEFAULTTONEAREST), &monitor)) {
+        const LONG outside = std::max(window.right - monitor.rcWork.right, 0L);
+        const LONG inside = std::max(window.left - monitor.rcWork.left, 0L);
+        window.OffsetRect(-static_cast<int>(std::min(outside, inside)), 0);
+    }
+    SetWindowPos(m_hWnd, nullptr, window.left, window.top, window.Width(), window.Height(), kFlags);
 }
 
 void CCustomPropertySheet::RemoveApplyButton()

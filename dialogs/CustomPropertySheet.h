@@ -85,6 +85,7 @@ private:
     void SaveAndEnd(bool isOK);
     HWND ReferenceButton() const;
     CRect ClientAreaOf(HWND control) const;
+    HWND MakeButton(CustomButton& button, int index, const CRect& area, HWND before);
     void Widen(LONG pixels);
     void HideApplyButton();
     void DeleteButtons();

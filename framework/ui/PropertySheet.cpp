@@ -59,14 +59,20 @@ struct CPropertySheet::Opening
     }
     static LRESULT CALLBACK OnHook(int code, WPARAM wParam, LPARAM lParam)
     {
-        if (code == HCBT_CREATEWND && t_current) {
+        const auto window = reinterpret_cast<HWND>(wParam);
+        // Not a window that the system's input methods make with it.
+        if (code == HCBT_CREATEWND && t_current && IsDialog(window)) {
             t_current->Unhook();
-            t_current->m_sheet->SubclassWindow(reinterpret_cast<HWND>(wParam));
+            t_current->m_sheet->SubclassWindow(window);
         }
         return CallNextHookEx(nullptr, code, wParam, lParam);
     }
 
 private:
+    static bool IsDialog(HWND window)
+    {
+        return GetClassLongPtr(window, GCW_ATOM) == reinterpret_cast<ULONG_PTR>(WC_DIALOG);
+    }
     void Unhook()
     {
         if (m_hook)
@@ -84,26 +90,28 @@ thread_local CPropertySheet::Opening* CPropertySheet::Opening::t_current = nullp
 
 namespace {
 
-/// Keeps the top-level window that `window` lies in disabled.
-class DisabledOwner
+/// Disables the top-level window that `owner` lies in; in the end enables it, and then ends the sheet's
+/// window: the system makes the owner active in its place only when that is enabled.
+class ModalScope
 {
 public:
-    explicit DisabledOwner(HWND window) : m_owner(window ? GetAncestor(window, GA_ROOT) : nullptr)
+    ModalScope(CPropertySheet& sheet, HWND owner)
+        : m_sheet(sheet), m_owner(owner ? GetAncestor(owner, GA_ROOT) : nullptr)
     {
         if (m_owner && EnableWindow(m_owner, FALSE))
             m_owner = nullptr;
     }
-    ~DisabledOwner() { Enable(); }
-    DisabledOwner(const DisabledOwner&) = delete;
-    DisabledOwner& operator=(const DisabledOwner&) = delete;
-
-    void Enable()
+    ~ModalScope()
     {
         if (m_owner)
-            EnableWindow(std::exchange(m_owner, nullptr), TRUE);
+            EnableWindow(m_owner, TRUE);
+        m_sheet.DestroyWindow();
     }
+    ModalScope(const ModalScope&) = delete;
+    ModalScope& operator=(const ModalScope&) = delete;
 
 private:
+    CPropertySheet& m_sheet;
     HWND m_owner;
 };
 
@@ -228,15 +236,12 @@ INT_PTR CPropertySheet::DoModal()
         return -1;
     CWnd* const parent = m_parent ? m_parent : AfxGetMainWnd();
     const HWND owner = parent ? parent->GetSafeHwnd() : nullptr;
-    DisabledOwner disabled(owner);
+    const ModalScope scope(*this, owner);
     m_isModeless = false;
     if (!MakeWindow(owner))
         return -1;
     if (!m_hasEnded)
         RunModalLoop();
-    // Before the window goes: the system makes the owner active in its place only when that is enabled.
-    disabled.Enable();
-    DestroyWindow();
     return m_result;
 }
 
