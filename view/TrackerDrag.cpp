@@ -32,7 +32,7 @@ HeldKeys KeysHeld()
 bool TrackerDrag::MayBegin(HWND window)
 {
     const HWND capture = CWnd::GetCapture();
-    if (capture && capture != window)
+    if (!window || (capture && capture != window))
         return false;
     for (const TrackerDrag* drag = t_drag; drag; drag = drag->m_previous)
         if (drag->m_isTracking && drag->m_window == window)

@@ -9,8 +9,7 @@ using namespace vak::detail;
 
 namespace {
 
-constexpr int kMin = std::numeric_limits<int>::min();
-constexpr int kMax = std::numeric_limits<int>::max();
+constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
 const CRect kRect(10, 20, 110, 80);
 const CRect kInverted(110, 80, 10, 20);
 

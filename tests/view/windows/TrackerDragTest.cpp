@@ -80,12 +80,14 @@ TEST_F(TrackerDragTest, TellsWhatHappensInOrderAndLeavesNoTraces)
     const std::tuple<const char*, int, const char*, int, CPoint> rows[] = {
         {"move 120 100 up 90 110", 0, "21451454513", TRUE, {40, 60}},
         {"move 120 100 up 100 90", 0, "2145145453", TRUE, {50, 40}},
+        {"move 120 100 app up 120 100", 0, "21454513", TRUE, {70, 50}},
         {"move 120 100 escape", 0, "21454513", FALSE, {50, 40}},
         {"move 120 100 right", 0, "21454513", FALSE, {50, 40}},
         {"move 120 100 up 120 100", vak::NoDragOutline, "2113", TRUE, {70, 50}},
         {"up 100 90", 0, "23", FALSE, {50, 40}}};
     for (const auto& [script, options, seen, result, place] : rows) {
         TrackerStage* const drawn = result ? &clip : &m_window;
+        m_window.m_on[WM_APP] = [&](LPARAM) { drawn->Repaint(); };
         Make(options);
         bool isVisible = false;
         m_events.m_once[vak::AfterOutline] = [&] { isVisible = drawn->Pixels() != m_before; };
@@ -118,11 +120,12 @@ TEST_F(TrackerDragTest, DragsWhatTheHandleKeysRatioAndMinimumSay)
     for (const auto& row : rows) {
         Make();
         m_tracker->SetConstraint(row[4] == HalfAsHigh, 0.5f);
-        const vak::test::KeyDown key(row[4] == Shift ? VK_SHIFT : row[4] == Control ? VK_CONTROL : 0);
+        vak::test::HoldKey(row[4] == Shift ? VK_SHIFT : row[4] == Control ? VK_CONTROL : 0);
         const std::string script = "up " + std::to_string(row[2]) + " " + std::to_string(row[3]);
         EXPECT_TRUE(Drag(CPoint(row[0], row[1]), script, row[4] != NoInvert));
         EXPECT_EQ(m_tracker->GetRect(), CRect(row[5], row[6], row[7], row[8])) << script;
     }
+    vak::test::HoldKey(0);
     Make();
     m_window.Play("move 80 60 up 100 90");
     EXPECT_TRUE(m_tracker->TrackRubberBand(&m_window, CPoint(70, 50), TRUE));

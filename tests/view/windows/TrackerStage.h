@@ -89,31 +89,24 @@ public:
     void Listen(CVakTracker& tracker) { tracker.SetCallback(&Note, this); }
 
     std::string m_seen;
-    CRect m_rect;
     std::map<int, std::function<void()>> m_once;
 
 private:
-    static void Note(int event, CRect const& rect, void* data)
+    static void Note(int event, CRect const&, void* data)
     {
         auto* const events = static_cast<TrackerEvents*>(data);
         events->m_seen += std::to_string(event);
-        events->m_rect = rect;
         if (auto action = events->m_once.extract(event))
             action.mapped()();
     }
 };
 
-/// Holds a key down for the messages that are read meanwhile; 0 for none.
-struct KeyDown
+/// One key is held down for the messages that are read from now on; 0 for none.
+inline void HoldKey(int key)
 {
-    explicit KeyDown(int key) { Set(key, 0x80); }
-    ~KeyDown() { Set(0, 0); }
-    static void Set(int key, BYTE held)
-    {
-        BYTE state[256] = {};
-        state[key] = held;
-        SetKeyboardState(state);
-    }
-};
+    BYTE state[256] = {};
+    state[key] = 0x80;
+    SetKeyboardState(state);
+}
 
 } // namespace vak::test
