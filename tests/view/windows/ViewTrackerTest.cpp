@@ -42,17 +42,14 @@ protected:
     int Drag(int hit, int x, int y, bool andBack = false)
     {
         const CRect rect = m_tracker->GetRect();
-        const CPoint from(hit == 8               ? rect.CenterPoint().x
-                          : hit == 0 || hit == 3 ? rect.left
-                                                 : rect.right - 1,
-                          hit == 8  ? rect.CenterPoint().y
-                          : hit < 2 ? rect.top
-                                    : rect.bottom - 1);
+        const CPoint last = rect.BottomRight() - CSize(1, 1);
+        const CPoint corners[] = {rect.TopLeft(), {last.x, rect.top}, last, {rect.left, last.y}};
+        const CPoint from = hit == vak::HitMiddle ? rect.CenterPoint() : corners[hit];
         std::ostringstream script;
         script << "move " << from.x + x << ' ' << from.y + y;
         if (andBack)
             script << " move " << from.x - y << ' ' << from.y + x << " up " << from.x << ' ' << from.y;
-        m_window.Play((script.str() + (andBack ? "" : " up" + script.str().substr(4))).c_str());
+        m_window.Play(script.str() + (andBack ? "" : " up" + script.str().substr(4)));
         return m_tracker->Track(from);
     }
     CRect Invalid()
