@@ -191,13 +191,16 @@ TEST_F(Viewer, OpensItsWindowTellsTheViewAndRefusesToSaveNothing)
 
 TEST(ViewerParts, TransparentPixelsShowTheGroundThatMovesWithTheDocument)
 {
-    const Image image{1, 1, 2, {0, 128}};
-    std::uint32_t pixels[3] = {};
-    DrawPixels(image, {{0, 0}, {0}}, CPoint(7, 8), {pixels, 2});
+    const Image image{2, 1, 2, {0, 128, 9, 255}};
+    std::uint32_t pixels[7] = {};
+    DrawPixels(image, {{0, 0, 1}, {0, 0}}, CPoint(7, 15), {pixels, 3});
     // Half of black over 0xCC and over 0xFF: 204 * 127 / 255 and 255 * 127 / 255.
-    EXPECT_EQ(pixels[0], 0x666666u);
-    EXPECT_EQ(pixels[1], 0x7F7F7Fu);
-    EXPECT_EQ(pixels[2], 0u) << "nothing beyond the area";
+    const std::uint32_t expected[] = {0x666666, 0x7F7F7F, 0x090909, 0x7F7F7F, 0x666666, 0x090909, 0};
+    for (std::size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_EQ(pixels[i], expected[i]) << i;
+    const Image color{1, 1, 4, {255, 100, 0, 51}};
+    DrawPixels(color, {{0}, {0}}, CPoint(), {pixels, 1});
+    EXPECT_EQ(pixels[0], 0xFFE0CCu) << "a fifth over white";
 }
 
 TEST(ViewerParts, SelectionsTakeAnAspectWithinTheDocument)

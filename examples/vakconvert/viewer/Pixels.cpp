@@ -26,15 +26,15 @@ unsigned int Over(unsigned int color, unsigned int alpha, unsigned int ground)
 template <unsigned int Channels>
 std::uint32_t PixelAt(const std::uint8_t* sample, unsigned int ground)
 {
-    if constexpr (Channels == 1)
-        return Packed(sample[0], sample[0], sample[0]);
-    if constexpr (Channels == 3)
-        return Packed(sample[0], sample[1], sample[2]);
-    const unsigned int alpha = sample[Channels - 1];
-    const unsigned int red = Over(sample[0], alpha, ground);
-    if constexpr (Channels == 2)
-        return Packed(red, red, red);
-    return Packed(red, Over(sample[1], alpha, ground), Over(sample[2], alpha, ground));
+    if constexpr (Channels % 2 == 1) {
+        return Packed(sample[0], sample[Channels / 2], sample[Channels - 1]);
+    } else {
+        const unsigned int alpha = sample[Channels - 1];
+        if (alpha == 255)
+            return PixelAt<Channels - 1>(sample, ground);
+        return Packed(Over(sample[0], alpha, ground), Over(sample[(Channels - 1) / 2], alpha, ground),
+                      Over(sample[Channels - 2], alpha, ground));
+    }
 }
 
 template <unsigned int Channels>
@@ -65,8 +65,8 @@ void DrawPixels(const Image& image, const PixelMap& map, CPoint origin, const Pi
     for (std::size_t i = 0; i < map.rows.size(); ++i, to += target.stride) {
         const CPoint place(origin.x, origin.y + static_cast<int>(i));
         // An enlarged row is repeated, unless the ground behind it changes.
-        const bool isOpaque = image.channels % 2 == 1;
-        if (isOpaque && i > 0 && map.rows[i] == map.rows[i - 1])
+        const bool isSameGround = image.channels % 2 == 1 || GroundAt(0, place.y) == GroundAt(0, place.y - 1);
+        if (isSameGround && i > 0 && map.rows[i] == map.rows[i - 1])
             std::copy_n(to - target.stride, map.columns.size(), to);
         else
             draw(image.pixels.data() + RowSize(image) * static_cast<std::size_t>(map.rows[i]), map.columns,
