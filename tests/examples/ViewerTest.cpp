@@ -134,6 +134,11 @@ TEST_F(Viewer, ZoomsAroundTheMouseAndBackToTheSamePixels)
     EXPECT_EQ(m_view->GetScrollPosition(), before - CSize(7, 3));
     Type("f");
     EXPECT_FALSE(m_view->GetStyle() & (WS_HSCROLL | WS_VSCROLL));
+    // What was fitted is another place than before, under the same pixel.
+    Turn(-1, CPoint(40, 30));
+    Type("f");
+    Turn(3, CPoint(40, 30));
+    EXPECT_EQ(m_view->Status().cursor, CPoint(100, 50));
 }
 
 TEST_F(Viewer, SelectsByDraggingAndSavesThePixelsThatAreSelected)

@@ -144,14 +144,18 @@ BOOL DocumentView::OnScrollBy(CSize by, BOOL doScroll)
     return TRUE;
 }
 
+DocumentView::Place DocumentView::CurrentPlace() const
+{
+    return {m_coord.GetScrollPos(), GetClientRect().Size(), m_coord.GetZoom()};
+}
+
 void DocumentView::ZoomTo(float zoom)
 {
     const CPoint center = m_cursor.value_or(GetClientRect().CenterPoint());
-    const CPoint scroll = m_coord.GetScrollPos();
-    if (m_anchor.At() != center || m_anchorScroll != scroll) {
+    if (m_anchor.At() != center || m_anchorPlace != CurrentPlace()) {
         CRect page;
         m_coord.GetVisClient(page, FALSE);
-        m_anchor = ZoomAnchor(center, page.TopLeft(), scroll, m_coord.GetZoom());
+        m_anchor = ZoomAnchor(center, page.TopLeft(), m_coord.GetScrollPos(), m_coord.GetZoom());
     }
     // Both steps are to be seen as one.
     SetRedraw(FALSE);
@@ -159,7 +163,7 @@ void DocumentView::ZoomTo(float zoom)
     CSize rest = m_anchor.ScrollAt(m_coord.GetZoom()) - m_coord.GetScrollPos();
     m_coord.Scroll(rest);
     SetRedraw();
-    m_anchorScroll = m_coord.GetScrollPos();
+    m_anchorPlace = CurrentPlace();
     // The scroll bars may have changed, too.
     RedrawWindow(GetSafeHwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
     Repaint();

@@ -56,6 +56,16 @@ protected:
     void OnContextMenu(HWND window, CPoint point) override;
 
 private:
+    /// What decides which part of the document is seen.
+    struct Place
+    {
+        CPoint scroll;
+        CSize client;
+        float zoom = 0.0f;
+        bool operator==(const Place&) const = default;
+    };
+
+    Place CurrentPlace() const;
     void Compose(const CRect& area);
     void FillBehind(const CRect& area);
     void ZoomTo(float zoom);
@@ -78,7 +88,7 @@ private:
     CViewTracker* m_tracker = nullptr;
     const Aspect* m_aspect = &kAspects[0];
     ZoomAnchor m_anchor;
-    CPoint m_anchorScroll;          ///< where zooming around the anchor has led
+    Place m_anchorPlace;            ///< where zooming around the anchor has led
     std::optional<CPoint> m_cursor; ///< in client pixels
     std::optional<CPoint> m_grip;   ///< what the middle button holds, in viewport coordinates
     int m_wheel = 0;                ///< turned by less than a notch
