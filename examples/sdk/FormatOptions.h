@@ -23,6 +23,8 @@ struct FormatOption
     double minimum; ///< inclusive
     double maximum; ///< inclusive
     const wchar_t* description;
+    /// What a dialog calls it, with "&" in front of its key; null: its name.
+    const wchar_t* label = nullptr;
 };
 
 using FormatOptions = std::vector<FormatOption>;
@@ -43,4 +45,15 @@ inline double GetFormatOption(const CCustomData& parameters, const FormatOption&
     if (!(value >= option.minimum))
         return option.minimum;
     return value > option.maximum ? option.maximum : value;
+}
+
+/// Stores a value of the option, which lies in its range.
+inline void SetFormatOption(CCustomData& parameters, const FormatOption& option, double value)
+{
+    if (option.kind == FormatOption::Kind::Boolean)
+        parameters.SetBool(option.id, value != 0);
+    else if (option.kind == FormatOption::Kind::Integer)
+        parameters.SetInt(option.id, static_cast<int>(value));
+    else
+        parameters.SetFloat(option.id, static_cast<float>(value));
 }

@@ -41,7 +41,7 @@ CString Describe(const Content& content)
 
 /// Makes the result as `path`. Returns the name of a file of it, which is not made then, whose place is
 /// taken; else an empty text.
-CString MakeAs(const CString& path, const Source& source, const Target& target, Content& content,
+CString MakeAs(const CString& path, const Source& source, Target& target, Content& content,
                ResultNames& names, Outcome& outcome)
 {
     const int nameStart = path.ReverseFind(L'\\') + 1;
@@ -52,9 +52,13 @@ CString MakeAs(const CString& path, const Source& source, const Target& target, 
         return {};
     }
     CFileIo output(CFileNameSpec(work.Path() + path.Mid(nameStart), target.fileClass),
-                   FILE_PARSER_SILENT | FILE_PARSER_NO_PREFERENCES, nullptr);
+                   (target.asks ? 0u : FILE_PARSER_SILENT) | FILE_PARSER_NO_PREFERENCES, nullptr);
     output.GetCustomData() = target.parameters;
     outcome.failure = RunParser(output, content);
+    if (std::exchange(target.asks, false)) {
+        target.parameters = output.GetCustomData();
+        target.isGivenUp = output.GetIoError() == IO_FILE_ABORTED;
+    }
     if (!outcome.failure.IsEmpty())
         return {};
     output.CloseParser();
@@ -74,7 +78,7 @@ CString MakeAs(const CString& path, const Source& source, const Target& target, 
     return {};
 }
 
-void ConvertInto(const Source& source, const Target& target, const CString& destination, NameTemplate& stems,
+void ConvertInto(const Source& source, Target& target, const CString& destination, NameTemplate& stems,
                  ResultNames& names, Outcome& outcome)
 {
     Content content;
@@ -111,7 +115,7 @@ CString LoadModel(const CString& path, Mesh& mesh)
     return failure;
 }
 
-Outcome Convert(const Source& source, const Target& target, const CString& destination, NameTemplate& stems,
+Outcome Convert(const Source& source, Target& target, const CString& destination, NameTemplate& stems,
                 ResultNames& names)
 {
     const auto start = std::chrono::steady_clock::now();

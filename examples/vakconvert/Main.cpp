@@ -9,6 +9,8 @@
 #include "examples/vakconvert/ResultNames.h"
 #include "examples/vakconvert/Settings.h"
 #include "examples/vakconvert/TemplateWindow.h"
+#include "examples/vakconvert/options/Names.h"
+#include "examples/vakconvert/options/TargetSheet.h"
 #include "examples/vakconvert/viewer/Viewing.h"
 #include "files/FileIo.h"
 #include "files/FilePath.h"
@@ -22,6 +24,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <optional>
 
 /// A console program shows the library's message boxes as lines of its error output.
 class ConsoleApplication : public CWinApp
@@ -94,7 +97,7 @@ int Summarise(const Console& console, const std::vector<Outcome>& outcomes, cons
     return failed == 0 ? 0 : kFailed;
 }
 
-Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, NameTemplate& stems,
+Outcome ConvertOne(const Source& source, Target* target, Batch& batch, NameTemplate& stems,
                    ResultNames& names)
 {
     Outcome outcome;
@@ -104,6 +107,8 @@ Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, Nam
         outcome.failure = source.failure;
     else if (target == nullptr)
         outcome.failure = L"no target for its kind";
+    else if (target->isGivenUp)
+        outcome.failure = L"given up: its options were cancelled";
     else if (destination.IsEmpty())
         outcome.failure = L"the path of its result would be too long";
     else
@@ -112,9 +117,8 @@ Outcome ConvertOne(const Source& source, const Target* target, Batch& batch, Nam
 }
 
 /// Converts the sources, in their order, and returns how many it found and passed over.
-PassedOver ConvertSources(const Console& console, const Settings& settings,
-                          const std::vector<Target>& targets, Batch& batch, std::vector<Source>& sources,
-                          RunFacts& facts)
+PassedOver ConvertSources(const Console& console, const Settings& settings, std::vector<Target>& targets,
+                          Batch& batch, std::vector<Source>& sources, RunFacts& facts)
 {
     NameTemplate stems(settings.name, facts.date);
     for (const TagProblem& problem : stems.Problems())
@@ -125,7 +129,7 @@ PassedOver ConvertSources(const Console& console, const Settings& settings,
     for (std::size_t i = 0; i < sources.size(); ++i) {
         const Source& source = sources[i];
         console.ShowProgress(i, sources.size(), FullName(source));
-        const Target* target = TargetOf(source, targets);
+        Target* const target = TargetOf(source, targets);
         if (target == nullptr && !source.named && source.failure.IsEmpty())
             ++passedOver.others;
         else
@@ -136,8 +140,14 @@ PassedOver ConvertSources(const Console& console, const Settings& settings,
     return passedOver;
 }
 
-int ConvertAll(const Console& console, const Settings& settings)
+int ConvertAll(const Console& console, Settings settings)
 {
+    const CString kept = ApplyNames(settings);
+    if (!kept.IsEmpty())
+        console.PrintError(L"vakconvert: what --options has kept is not used: " + kept + L"\n");
+    std::optional<CWinApp> boxes;
+    if (settings.ask)
+        boxes.emplace(L"vakconvert"); // what a sheet has to say is for whoever sits in front of it
     std::vector<Target> targets;
     const ResultArchive archive(settings);
     Batch batch(archive.Placed());
@@ -193,6 +203,22 @@ int EditTemplate(const Console& console, const CString& path)
     return kFailed;
 }
 
+int EditOptions(const Console& console, const CString& extension)
+{
+    Target target;
+    const CString problem = PrepareTarget(extension, target);
+    if (!problem.IsEmpty()) {
+        console.PrintError(L"vakconvert: " + problem + L"\n");
+        return kWrongCall;
+    }
+    const CWinApp boxes(L"vakconvert");
+    TargetSheet sheet(target);
+    if (sheet.DoModal() >= 0)
+        return 0;
+    console.PrintError(L"vakconvert: the options cannot be shown\n");
+    return kFailed;
+}
+
 int RunWithPlugins(const Console& console, const Settings& settings)
 {
     if (settings.listPlugins)
@@ -201,6 +227,8 @@ int RunWithPlugins(const Console& console, const Settings& settings)
         ListKinds(console);
     if (settings.listPlugins || settings.listKinds)
         return 0;
+    if (!settings.optionsOf.IsEmpty())
+        return EditOptions(console, settings.optionsOf);
     if (!settings.view.IsEmpty())
         return ViewFile(console, settings.view);
     return settings.tree ? ShowModels(console, settings) : ConvertAll(console, settings);

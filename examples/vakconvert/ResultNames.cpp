@@ -6,6 +6,7 @@
 #include "files/FileSystem.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -116,6 +117,11 @@ const Target* TargetOf(const Source& source, const std::vector<Target>& targets)
             return &target;
     }
     return nullptr;
+}
+
+Target* TargetOf(const Source& source, std::vector<Target>& targets)
+{
+    return const_cast<Target*>(TargetOf(source, std::as_const(targets)));
 }
 
 std::size_t PassOverResults(std::vector<Source>& sources, const std::vector<Target>& targets, Batch& batch,

@@ -35,6 +35,7 @@ private:
 
 /// The first of `targets` that can take what the source holds; null when there is none.
 const Target* TargetOf(const Source& source, const std::vector<Target>& targets);
+Target* TargetOf(const Source& source, std::vector<Target>& targets);
 
 /// Removes the sources that look like what an earlier run made of another source in the list: of the target's
 /// extension, in the place and with the name that the other's result has, numbered or not. Files that the

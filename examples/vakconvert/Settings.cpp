@@ -15,6 +15,8 @@ struct Switch
 constexpr Switch kSwitches[] = {
     {L"--recurse", L"-r", &Settings::recurse},
     {L"--overwrite", L"-y", &Settings::overwrite},
+    {L"--no-overwrite", L"", &Settings::noOverwrite},
+    {L"--ask", L"", &Settings::ask},
     {L"--recreate-tree", L"", &Settings::recreateTree},
     {L"--flat", L"", &Settings::flat},
     {L"--beside", L"", &Settings::beside},
@@ -34,29 +36,6 @@ bool TakeSwitch(const CString& argument, Settings& settings)
         }
     }
     return false;
-}
-
-/// The library knows backslashes only; users write slashes too, and the system takes both.
-CString FullPath(CString path)
-{
-    path.Replace(L'/', L'\\');
-    return fileMakeAbsolutePath(fileGetCurrentDirectory(), path);
-}
-
-/// A name below any folder; empty when the text is none. The system drops dots and blanks from the ends of
-/// names: such a folder would not be known again.
-CString SubfolderName(CString text)
-{
-    text.Replace(L'/', L'\\');
-    CString name = fileMakeAbsolutePath(CString(), text);
-    fileRemoveSlashTermination(name);
-    int at = 0;
-    for (CString part = name.Tokenize(L"\\", at); at >= 0; part = name.Tokenize(L"\\", at)) {
-        if (CString(L". ").Find(part[part.GetLength() - 1]) >= 0)
-            return {};
-    }
-    const bool isBelow = name.Left(1) != L"\\" && name.Find(L"\\\\") < 0 && name.Find(L':') < 0;
-    return isBelow ? name : CString();
 }
 
 struct PathOption
@@ -91,15 +70,24 @@ bool TakesAnyText(const CString& name)
     return name == L"--name" || name == L"-n";
 }
 
+/// An extension with its dot, in lower case.
+CString Extension(CString text, CString& problem)
+{
+    if (text.IsEmpty() || text.FindOneOf(L"\\/:*?") >= 0)
+        problem.Format(L"\"%s\" is no extension", text.GetString());
+    text.MakeLower();
+    return text.Left(1) == L"." ? text : L"." + text;
+}
+
 /// Takes an argument that has a value; false when `name` is none of these. `problem` tells of a bad value.
 bool TakeValue(const CString& name, const CString& value, Settings& settings, CString& problem)
 {
     if (name == L"--to" || name == L"-t") {
-        CString extension = value;
-        extension.MakeLower();
-        if (extension.IsEmpty() || extension.FindOneOf(L"\\/:*?") >= 0)
-            problem.Format(L"\"%s\" is no extension", value.GetString());
-        settings.targets.push_back(extension.Left(1) == L"." ? extension : L"." + extension);
+        settings.targets.push_back(Extension(value, problem));
+        return true;
+    }
+    if (name == L"--options") {
+        settings.optionsOf = Extension(value, problem);
         return true;
     }
     if (name == L"--dest" || name == L"-d") {
@@ -117,6 +105,7 @@ bool TakeValue(const CString& name, const CString& value, Settings& settings, CS
         return true;
     if (name == L"--name" || name == L"-n") {
         settings.name = value;
+        settings.nameGiven = true;
         return true;
     }
     if (name != L"--option" && name != L"-o")
@@ -137,6 +126,8 @@ CString CheckDestination(const Settings& settings)
                        !settings.subfolder.IsEmpty();
     if (places > 1)
         return L"results go to one place: --dest, --zip, --subfolder or --beside";
+    if (settings.overwrite && settings.noOverwrite)
+        return L"--overwrite and --no-overwrite exclude each other";
     if (settings.recreateTree && settings.flat)
         return L"--recreate-tree and --flat exclude each other";
     if ((settings.recreateTree || settings.flat) && !hasFolder)
@@ -158,7 +149,8 @@ bool WantsResults(const Settings& settings)
 CString Complete(Settings& settings)
 {
     settings.recurse = settings.recurse || settings.recreateTree;
-    const bool hasWindow = !settings.editTemplate.IsEmpty() || !settings.view.IsEmpty();
+    const bool hasWindow =
+        !settings.editTemplate.IsEmpty() || !settings.view.IsEmpty() || !settings.optionsOf.IsEmpty();
     if (settings.help || settings.listKinds || settings.listPlugins || hasWindow)
         return {};
     if (settings.sources.empty())
@@ -174,6 +166,29 @@ CString Complete(Settings& settings)
 }
 
 } // namespace
+
+/// The library knows backslashes only; users write slashes too, and the system takes both.
+CString FullPath(CString path)
+{
+    path.Replace(L'/', L'\\');
+    return fileMakeAbsolutePath(fileGetCurrentDirectory(), path);
+}
+
+/// A name below any folder; empty when the text is none. The system drops dots and blanks from the ends of
+/// names: such a folder would not be known again.
+CString SubfolderName(CString text)
+{
+    text.Replace(L'/', L'\\');
+    CString name = fileMakeAbsolutePath(CString(), text);
+    fileRemoveSlashTermination(name);
+    int at = 0;
+    for (CString part = name.Tokenize(L"\\", at); at >= 0; part = name.Tokenize(L"\\", at)) {
+        if (CString(L". ").Find(part[part.GetLength() - 1]) >= 0)
+            return {};
+    }
+    const bool isBelow = name.Left(1) != L"\\" && name.Find(L"\\\\") < 0 && name.Find(L':') < 0;
+    return isBelow ? name : CString();
+}
 
 CString ParseCommandLine(const std::vector<CString>& arguments, Settings& settings)
 {
@@ -229,6 +244,7 @@ CString UsageText()
            L"  -s, --subfolder NAME results go to this folder below each source's own\n"
            L"      --beside         results go beside their sources, as they do without these options\n"
            L"  -y, --overwrite      replaces files that exist; else a name that is taken gets a number\n"
+           L"      --no-overwrite   does not, whatever --options has kept\n"
            L"  -n, --name TEMPLATE  names results by tags: \"<file(shortname)>_<vertices>\"; see below\n"
            L"      --report FILE    writes a report from a template, .txt or .rtf, in the destination "
            L"folder\n"
@@ -236,6 +252,10 @@ CString UsageText()
            L"      --report-out F   writes it as this file\n"
            L"      --edit-template F  opens a report template in a window\n"
            L"  -o, --option N=V     sets an option of the target format, such as binary=0 or quality=80\n"
+           L"      --options KIND   shows the options of a format, and names and folders of results, in a "
+           L"sheet;\n"
+           L"                       what it keeps holds for later runs that do not say otherwise\n"
+           L"      --ask            has the format show its options before the first file is written\n"
            L"      --save-options   keeps these options for later runs\n"
            L"      --preferences F  keeps them in this file\n"
            L"      --tree           shows what the models are made of instead of converting them\n"

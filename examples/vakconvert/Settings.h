@@ -22,6 +22,7 @@ struct Settings
     CString report;               ///< the template of the report, absolute; empty: no report is wanted
     CString reportOut;            ///< where it goes, absolute; empty: to the destination
     CString editTemplate;         ///< the template to edit, absolute; empty: nothing is to be edited
+    CString optionsOf;            ///< the kind whose options are to be set, an extension; empty: none
     CString view;                 ///< the image or model to show, absolute; empty: none
     std::vector<Option> options;
     CString preferences; ///< another preferences file; empty: the library's own
@@ -30,6 +31,9 @@ struct Settings
     bool flat = false;
     bool beside = false;
     bool overwrite = false;
+    bool noOverwrite = false; ///< whatever the user has kept
+    bool nameGiven = false;
+    bool ask = false; ///< have the plug-ins ask for their options
     bool saveOptions = false;
     bool listKinds = false;
     bool listPlugins = false;
@@ -42,3 +46,8 @@ CString ParseCommandLine(const std::vector<CString>& arguments, Settings& settin
 
 /// The help text, with line feeds.
 CString UsageText();
+
+/// The absolute path of what a user writes, with slashes or backslashes.
+CString FullPath(CString path);
+/// The name of a folder below any other, as a user writes it; empty when the text is none.
+CString SubfolderName(CString text);

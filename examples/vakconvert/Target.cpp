@@ -7,6 +7,8 @@
 #include "files/FileKinds.h"
 #include "files/IoPlugins.h"
 
+#include <cmath>
+
 namespace {
 
 FormatOptions OptionsOfParser(CFileIo& io)
@@ -25,34 +27,10 @@ bool SetOption(const FormatOption& option, const CString& text, CCustomData& par
     double value = 0;
     if (!ParseNumber(text, value) || value < option.minimum || value > option.maximum)
         return false;
-    switch (option.kind) {
-    case FormatOption::Kind::Boolean:
-        parameters.SetBool(option.id, value != 0);
-        return value == 0 || value == 1;
-    case FormatOption::Kind::Integer:
-        parameters.SetInt(option.id, static_cast<int>(value));
-        return value == static_cast<int>(value);
-    case FormatOption::Kind::Float:
-        parameters.SetFloat(option.id, static_cast<float>(value));
-        return true;
-    }
-    return false;
-}
-
-CString PrepareTarget(const CString& extension, Target& target)
-{
-    CString problem;
-    target.extension = extension;
-    target.fileClass = fileGetClass(L"x" + extension);
-    CFileIo io(target.fileClass, FILE_PARSER_SILENT, nullptr);
-    if (target.fileClass == 0 || io.InitParser() == nullptr) {
-        problem.Format(L"no plug-in writes \"%s\" (see --list-kinds)", extension.GetString());
-        return problem;
-    }
-    target.family = io.GetKindOf();
-    target.parameters = io.GetCustomData();
-    target.options = OptionsOfParser(io);
-    return problem;
+    if (option.kind != FormatOption::Kind::Float && value != std::floor(value))
+        return false;
+    SetFormatOption(parameters, option, value);
+    return true;
 }
 
 /// Sets one option in every target that knows it.
@@ -87,6 +65,22 @@ CString KeepOptions(const std::vector<Target>& targets)
 
 } // namespace
 
+CString PrepareTarget(const CString& extension, Target& target)
+{
+    CString problem;
+    target.extension = extension;
+    target.fileClass = fileGetClass(L"x" + extension);
+    CFileIo io(target.fileClass, FILE_PARSER_SILENT, nullptr);
+    if (target.fileClass == 0 || io.InitParser() == nullptr) {
+        problem.Format(L"no plug-in writes \"%s\" (see --list-kinds)", extension.GetString());
+        return problem;
+    }
+    target.family = io.GetKindOf();
+    target.parameters = io.GetCustomData();
+    target.options = OptionsOfParser(io);
+    return problem;
+}
+
 FormatOptions OptionsOf(unsigned int fileClass, bool loading)
 {
     CFileIo io(fileClass, FILE_PARSER_SILENT | (loading ? FILE_PARSER_LOADING : 0u), nullptr);
@@ -99,6 +93,7 @@ CString PrepareTargets(const Settings& settings, std::vector<Target>& targets)
         const CString problem = PrepareTarget(extension, targets.emplace_back());
         if (!problem.IsEmpty())
             return problem;
+        targets.back().asks = settings.ask;
         for (std::size_t i = 0; i + 1 < targets.size(); ++i) {
             if (targets[i].family == targets.back().family)
                 return targets[i].extension + L" and " + extension + L" are of the same family";

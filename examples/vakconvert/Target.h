@@ -14,7 +14,13 @@ struct Target
     CString extension;       ///< the one that the user wrote
     FormatOptions options;
     CCustomData parameters;
+    bool asks = false;      ///< its plug-in asks for the options when the next file is written
+    bool isGivenUp = false; ///< the user has cancelled that
 };
+
+/// Finds the kind of an extension (with its dot), with the parameters kept in the preferences. Returns an
+/// empty text, or what is wrong.
+CString PrepareTarget(const CString& extension, Target& target);
 
 /// Finds the kinds that the command line asks for and merges its options over those kept in the preferences;
 /// keeps them there when asked. Returns an empty text, or what is wrong.

@@ -10,6 +10,30 @@
 
 namespace vak::test {
 
+/// The control of that number anywhere in the dialog: the platform's file dialogs nest theirs.
+inline HWND FindControl(HWND dialog, int id)
+{
+    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (GetDlgCtrlID(child) == id && IsWindowVisible(child))
+            return child;
+        if (const HWND found = FindControl(child, id))
+            return found;
+    }
+    return nullptr;
+}
+
+/// Types a name into the platform's file dialog.
+inline bool TypeName(HWND dialog, const CString& name)
+{
+    constexpr int kNameEdit = 0x480;
+    constexpr int kNameCombo = 0x47C;
+    HWND control = FindControl(dialog, kNameCombo);
+    if (!control)
+        control = FindControl(dialog, kNameEdit);
+    return control &&
+           SendMessageW(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name.GetString())) != FALSE;
+}
+
 /// While it lives, the next dialog that this thread shows is handed to `action` until that returns true; the
 /// action ends the dialog itself (Press). A dialog that is still there after ten seconds is ended and fails
 /// the test.

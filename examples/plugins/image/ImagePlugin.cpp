@@ -1,5 +1,6 @@
 #include "examples/sdk/FileBytes.h"
 #include "examples/sdk/ImageParser.h"
+#include "examples/sdk/OptionsSheet.h"
 #include "examples/sdk/PluginExport.h"
 
 #include "examples/plugins/image/Codec.h"
@@ -17,15 +18,12 @@ namespace {
 constexpr unsigned int kQualityOption = 'QUAL';
 constexpr unsigned int kCompressOption = 'RLE ';
 
-constexpr FormatOption kQuality{L"quality",
-                                kQualityOption,
-                                FormatOption::Kind::Integer,
-                                90,
-                                1,
-                                100,
-                                L"1 smallest file, 100 best picture"};
-constexpr FormatOption kCompress{L"compress", kCompressOption,          FormatOption::Kind::Boolean, 1, 0,
-                                 1,           L"run-length compression"};
+constexpr FormatOption kQuality{
+    L"quality", kQualityOption, FormatOption::Kind::Integer, 90, 1, 100, L"1 smallest file, 100 best picture",
+    L"&Qualité"};
+constexpr FormatOption kCompress{
+    L"compress",    kCompressOption, FormatOption::Kind::Boolean, 1, 0, 1, L"run-length compression",
+    L"&Compression"};
 
 struct Kind
 {
@@ -62,6 +60,8 @@ public:
     {
         if (!image.IsConsistent())
             return IO_FILE_NOTHING_TO_SAVE;
+        if (!AskForOptions(m_io, GetOptions()))
+            return IO_FILE_ABORTED;
         int parameter = 0;
         if (m_kind.option != nullptr)
             parameter = static_cast<int>(GetFormatOption(m_io.GetCustomData(), *m_kind.option));

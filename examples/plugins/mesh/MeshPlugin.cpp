@@ -1,5 +1,6 @@
 #include "examples/plugins/mesh/MeshFormat.h"
 #include "examples/sdk/FileBytes.h"
+#include "examples/sdk/OptionsSheet.h"
 #include "examples/sdk/PluginExport.h"
 
 #include "files/FileExt.h"
@@ -19,10 +20,10 @@ constexpr unsigned int kObjClass = 'WOBJ';
 constexpr unsigned int kStlClass = 'STL ';
 constexpr unsigned int kPlyClass = 'PLY ';
 
-constexpr FormatOption kScale{L"scale", kScaleOption, FormatOption::Kind::Float,  1.0,
-                              1e-6,     1e6,          L"factor for all positions"};
-constexpr FormatOption kBinary{L"binary", kBinaryOption, FormatOption::Kind::Boolean,   1.0,
-                               0.0,       1.0,           L"binary form instead of text"};
+constexpr FormatOption kScale{L"scale", kScaleOption, FormatOption::Kind::Float,   1.0,
+                              1e-6,     1e6,          L"factor for all positions", L"&Facteur d'échelle"};
+constexpr FormatOption kBinary{L"binary", kBinaryOption, FormatOption::Kind::Boolean,    1.0,
+                               0.0,       1.0,           L"binary form instead of text", L"Forme &binaire"};
 
 class Parser : public CMeshParser
 {
@@ -47,6 +48,8 @@ public:
     {
         if (mesh.faceSizes.empty())
             return IO_FILE_NOTHING_TO_SAVE;
+        if (!AskForOptions(m_io, GetOptions()))
+            return IO_FILE_ABORTED;
         const float scale = static_cast<float>(GetFormatOption(m_io.GetCustomData(), kScale));
         if (scale == 1.0f)
             return Write(mesh);

@@ -12,6 +12,7 @@
 using vak::test::DialogDriver;
 using vak::test::MessageRecorder;
 using vak::test::TempFolder;
+using vak::test::TypeName;
 
 namespace {
 
@@ -42,30 +43,6 @@ protected:
     TempFolder m_folder;
     CWnd m_window;
 };
-
-/// The control of that number anywhere in the dialog: the platform's file dialogs nest theirs.
-HWND FindControl(HWND dialog, int id)
-{
-    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        if (GetDlgCtrlID(child) == id && IsWindowVisible(child))
-            return child;
-        if (const HWND found = FindControl(child, id))
-            return found;
-    }
-    return nullptr;
-}
-
-/// Types a name into the platform's file dialog.
-bool TypeName(HWND dialog, const CString& name)
-{
-    constexpr int kNameEdit = 0x480;
-    constexpr int kNameCombo = 0x47C;
-    HWND control = FindControl(dialog, kNameCombo);
-    if (!control)
-        control = FindControl(dialog, kNameEdit);
-    return control &&
-           SendMessageW(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name.GetString())) != FALSE;
-}
 
 } // namespace
 
