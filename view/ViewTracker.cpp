@@ -6,6 +6,7 @@
 #include "view/detail/Saturated.h"
 #include "view/detail/TrackerAdjust.h"
 #include "view/detail/TrackerDrag.h"
+#include "view/detail/TrackerShape.h"
 #include "view/detail/TrackerWatch.h"
 
 using vak::detail::Normalized;
@@ -64,7 +65,8 @@ void CViewTracker::Follow() const
     if (m_isOrphan)
         return;
     CWnd* const wnd = m_coord->GetWnd();
-    m_reach = wnd && wnd->GetSafeHwnd() ? wnd->GetClientRect() : CRect();
+    const bool hasWindow = wnd && wnd->GetSafeHwnd();
+    m_reach = hasWindow ? wnd->GetClientRect() : CRect();
     const Place place = CurrentPlace();
     if (place == m_place)
         return;
@@ -72,6 +74,9 @@ void CViewTracker::Follow() const
     m_rect = ToClient(m_docRect);
     if (m_drag)
         m_drag->Rebase(ToClient(m_startDocRect), m_rect);
+    // A window that scrolls by copying its pixels has copied the handles at its border too.
+    if (hasWindow && !vak::detail::LiesInside(m_rect, m_reach))
+        wnd->InvalidateRect(vak::detail::OuterRect(Shape()), FALSE);
 }
 
 CRect CViewTracker::ToClient(CRect docRect) const

@@ -14,8 +14,7 @@ class CVakCoord;
 /// that a drag brings back to where it began gets back its document pixel too, also where the zoom shows
 /// several pixels as one.
 ///
-/// Handles of a rectangle that touches or leaves the client area are moved to its border; a window that
-/// scrolls by copying its pixels has these painted anew.
+/// Handles of a rectangle that touches or leaves the client area are moved to its border.
 class VAK_API CViewTracker : public CVakTracker
 {
 public:
