@@ -176,8 +176,11 @@ CRect TrackerDrag::Proposed(CPoint mouse)
     CRect rect = Dragged(m_step, m_working, mouse);
     m_tracker.AdjustConstraint(m_step.hit, rect, 0);
     m_tracker.AdjustRect(m_step.hit, rect);
+    // Back where it began it is what it was, though minimum or ratio may not allow that.
+    if (Dragged(m_step, m_start, mouse) == m_start)
+        return m_start;
     if (m_watch.IsAlive() && m_tracker.m_constraint == 0)
-        rect = HeldBack(rect, m_start, KeysHeld());
+        return HeldBack(rect, m_start, KeysHeld());
     return rect;
 }
 

@@ -86,9 +86,10 @@ public:
     /// moved: 0 at once when nothing lies there, when another window has the mouse, or in a drag; 0 after a
     /// drag that was taken back, or whose window or tracker is gone.
     ///
-    /// `allowInvert` lets a side pass the opposite one, at the minimum size. The outline is drawn on `clipTo`
-    /// if that is not null, else on `wnd`. Other messages are dispatched meanwhile; WM_QUIT takes the drag
-    /// back and goes on to the loop outside.
+    /// A drag that ends where it began, a mere click too, leaves the rectangle as it was, though minimum,
+    /// ratio or AdjustRect would change it. `allowInvert` lets a side pass the opposite one, at the minimum
+    /// size. The outline is drawn on `clipTo` if that is not null, else on `wnd`. Other messages are
+    /// dispatched meanwhile; WM_QUIT takes the drag back and goes on to the loop outside.
     int Track(CWnd* wnd, CPoint point, int allowInvert, CWnd* clipTo);
     /// Starts anew with an empty rectangle at `point` and lets the user drag its bottom-right corner, ahead
     /// of the mouse by the minimum size. As Track else.

@@ -116,6 +116,12 @@ TEST_F(TrackerDragTest, DragsWhatTheHandleKeysRatioAndMinimumSay)
     }
     vak::test::HoldKey(0);
     Make();
+    m_tracker->SetMinSize(CSize(120, 120));
+    m_tracker->SetConstraint(1, 0.5f);
+    EXPECT_FALSE(Drag(CPoint(55, 45), "up 55 45"));
+    EXPECT_TRUE(Drag(CPoint(55, 45), "move 60 45 up 55 45"));
+    EXPECT_EQ(m_tracker->GetRect(), kRect) << "what it was, though it is too small and too high";
+    Make();
     m_window.Play("move 80 60 up 100 90");
     EXPECT_TRUE(m_tracker->TrackRubberBand(&m_window, CPoint(70, 50), TRUE));
     EXPECT_EQ(m_tracker->GetRect(), CRect(70, 50, 118, 108)) << "ahead of the mouse by the minimum";
