@@ -101,7 +101,7 @@ TEST_F(ViewTrackerTest, UntouchedRectangleSurvivesAnyZoomsAndScrolls)
 {
     std::mt19937 random(7);
     const auto number = [&](int low, int high) { return std::uniform_int_distribution(low, high)(random); };
-    const CRect docRect(333, 217, 1234, 1101);
+    const CRect docRect(333, 217, 734, 601);
     Show(CSize(3001, 2003), 1.0f, docRect);
     m_tracker->SetMinSize(CSize(18, 18));
     CClientDC dc(&m_window);
