@@ -149,12 +149,20 @@ void CVakTracker::SetCallback(Callback callback, void* data)
     m_callbackData = data;
 }
 
+/// The client area is where handles stay reachable.
+void CVakTracker::ReachIn(HWND window)
+{
+    if (window)
+        GetClientRect(window, &m_reach);
+}
+
 int CVakTracker::SetCursor(CWnd* wnd, unsigned int hitTestCode)
 {
     CPoint mouse;
     if (hitTestCode != HTCLIENT || !wnd || !GetCursorPos(&mouse))
         return FALSE;
     wnd->ScreenToClient(&mouse);
+    ReachIn(wnd->GetSafeHwnd());
     const int hit = HitTestHandles(mouse);
     if (hit == vak::HitNothing)
         return FALSE;
@@ -164,8 +172,11 @@ int CVakTracker::SetCursor(CWnd* wnd, unsigned int hitTestCode)
 
 int CVakTracker::Track(CWnd* wnd, CPoint point, int allowInvert, CWnd* clipTo)
 {
+    if (!wnd || m_tracking)
+        return FALSE;
+    ReachIn(wnd->GetSafeHwnd());
     const int hit = HitTestHandles(point);
-    if (hit == vak::HitNothing || m_tracking)
+    if (hit == vak::HitNothing)
         return FALSE;
     m_allowInvert = allowInvert;
     return TrackHandle(hit, wnd, point, clipTo);
@@ -190,7 +201,7 @@ int CVakTracker::TrackRubberBand(CWnd* wnd, CPoint point, int allowInvert)
 
 bool CVakTracker::TrackHandle(int hit, CWnd* wnd, CPoint point, CWnd* clipTo)
 {
-    if (m_tracking || !wnd || !TrackerDrag::MayBegin(wnd->GetSafeHwnd()))
+    if (!TrackerDrag::MayBegin(wnd->GetSafeHwnd()))
         return false;
     return TrackerDrag(*this, hit, wnd, point, clipTo).Run();
 }

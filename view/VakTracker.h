@@ -8,6 +8,9 @@
 /// where the tracker was and is: the tracker itself draws nothing but the outline of a drag. Coordinates are
 /// pixels of the window's client area.
 ///
+/// Handles that would lie beyond the window's border are moved to it, as soon as Draw, SetCursor or Track has
+/// made the window known.
+///
 /// The hooks and the callback may do anything: change the rectangle, show messages, take the capture,
 /// destroy the window or the tracker, throw. A drag then ends in good order: the outline is off the screen,
 /// capture and device context are given back, and an exception goes on to the caller.
@@ -153,6 +156,7 @@ private:
     virtual void Follow() const;
     vak::detail::TrackerShape Shape() const;
     void Store(CRect const& rect);
+    void ReachIn(HWND window);
     void TellAboutOutline(int event, CRect const& rect);
     void DrawHatching(CDC& dc) const;
     void DrawOutline(CDC& dc) const;

@@ -81,6 +81,7 @@ HCURSOR TrackerTools::CursorAt(int hit) const
 
 void CVakTracker::Draw(CDC* dc)
 {
+    ReachIn(WindowFromDC(dc->GetSafeHdc()));
     Follow();
     const DeviceCoordinates coordinates(*dc);
     DrawHatching(*dc);

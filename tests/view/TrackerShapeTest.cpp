@@ -77,5 +77,6 @@ TEST(TrackerShapeTest, HandlesStayWithinReachAsLongAsThereIsRoom)
         const TrackerShape shape = Shape(row[4], rect, CRect(0, 0, 200, 100));
         EXPECT_EQ(HandleBox(shape, row[5]).TopLeft(), CPoint(row[6], row[7])) << testing::PrintToString(rect);
         EXPECT_EQ(HitHandles(shape, CPoint(row[6] + 4, row[7] + 4)), row[5]);
+        EXPECT_EQ(HitHandles(shape, rect.TopLeft() + CSize(1, 1)), 0);
     }
 }

@@ -62,6 +62,12 @@ CRect HandleFrame(const TrackerShape& shape)
     return frame;
 }
 
+TrackerShape Unlimited(TrackerShape shape)
+{
+    shape.reach = CRect();
+    return shape;
+}
+
 WideInt BoxOrigin(WideInt side, int boxes, int boxSize, bool isCentred, WideInt extent)
 {
     return side + WideInt(boxes) * boxSize + (isCentred ? (extent - boxSize) / 2 : 0);
@@ -123,6 +129,8 @@ int HitHandles(const TrackerShape& shape, CPoint point)
 {
     if (!OuterRect(shape).PtInRect(point))
         return HitNothing;
+    if (!shape.reach.IsRectEmpty() && !shape.reach.PtInRect(point))
+        return HitHandles(Unlimited(shape), point);
     for (int hit = 0; hit < kHandleCount; ++hit)
         if ((shape.mask >> hit & 1) && HandleBox(shape, hit).PtInRect(point))
             return hit;

@@ -70,7 +70,8 @@ VAK_INTERNAL_API CRect OuterRect(const TrackerShape& shape);
 /// those of the part that is within, if that has room for three.
 VAK_INTERNAL_API CRect HandleBox(const TrackerShape& shape, int hit);
 
-/// What is hit where all the handles of the mask are shown.
+/// What is hit where all the handles of the mask are shown. A point beyond the reach meets them where they
+/// would be without it.
 VAK_INTERNAL_API int HitHandles(const TrackerShape& shape, CPoint point);
 
 /// The handle that `hit` appears as.

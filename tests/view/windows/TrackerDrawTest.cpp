@@ -83,6 +83,9 @@ TEST_F(TrackerDrawTest, CursorAndHitsFollowTheHandlesAndTheirStyle)
     EXPECT_EQ(tracker.HitTest(CPoint(15, 25)), vak::HitTopLeft);
     EXPECT_EQ(tracker.SetHandleSize(3), 9);
     EXPECT_EQ(tracker.HitTest(CPoint(15, 25)), vak::HitNothing);
+    tracker.SetRect(CRect(-9, -9, 320, 90));
+    tracker.Draw(&m_dc);
+    EXPECT_EQ(tracker.HitTest(CPoint(298, 1)), vak::HitTopRight) << "at the border of the window";
     float ratio = 0;
     tracker.SetConstraint(1, 0);
     EXPECT_TRUE(tracker.GetConstraint(ratio) == 1 && ratio == 0.01f);
