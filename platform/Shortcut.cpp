@@ -19,6 +19,7 @@ CShortcut& CShortcut::operator=(const CShortcut& other)
 {
     if (this == &other)
         return *this;
+    const system::ShellScope shell;
     Init();
     m_path = other.m_path;
     m_linkPath = other.m_linkPath;
@@ -53,6 +54,7 @@ void CShortcut::Init()
 
 int CShortcut::Init(const CString& shortcutFile, int iconFlags)
 {
+    const system::ShellScope shell;
     CString path;
     system::Shortcut fields;
     const bool isRead = system::FullPath(shortcutFile, path) && system::ReadShortcut(path, fields);

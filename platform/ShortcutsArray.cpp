@@ -6,6 +6,7 @@
 #include "framework/base/Exception.h"
 #include "framework/base/SystemFile.h"
 #include "framework/base/SystemFolder.h"
+#include "framework/base/SystemShortcut.h"
 #include "framework/base/detail/PathText.h"
 
 #include <memory>
@@ -61,6 +62,7 @@ CShortcutsArray::~CShortcutsArray()
 
 int CShortcutsArray::ReadShortcuts(CString& folder, int iconFlags, int deleteBroken)
 {
+    const system::ShellScope shell;
     fileSlashTerminate(folder);
     int added = 0;
     // The names first: the folder changes while broken ones go.

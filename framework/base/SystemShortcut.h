@@ -9,6 +9,21 @@
 
 namespace vak::system {
 
+/// Sets up for the calling thread what questions to the shell need (COM), for as long as it lives. A thread
+/// that has it already, in whatever apartment, keeps that. Every function here makes one for itself; who asks
+/// several questions holds one meanwhile, since setting up costs more than an answer. It ends on its thread.
+class VAK_INTERNAL_API ShellScope
+{
+public:
+    ShellScope();
+    ~ShellScope();
+    ShellScope(const ShellScope&) = delete;
+    ShellScope& operator=(const ShellScope&) = delete;
+
+private:
+    bool m_isCounted;
+};
+
 /// What a shortcut says.
 struct Shortcut
 {

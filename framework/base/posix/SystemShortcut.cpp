@@ -2,6 +2,13 @@
 
 namespace vak::system {
 
+ShellScope::ShellScope() : m_isCounted(false) {}
+
+ShellScope::~ShellScope()
+{
+    static_cast<void>(m_isCounted); // nothing to give back
+}
+
 bool ReadShortcut(const CString&, Shortcut&)
 {
     return false;

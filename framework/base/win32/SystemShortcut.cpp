@@ -32,7 +32,7 @@ public:
     IPersistFile& File() const { return *m_file; }
 
 private:
-    const win32::ComScope m_com; // outlives the interfaces
+    const ShellScope m_scope; // outlives the interfaces
     win32::ComPointer<IShellLinkW> m_link;
     win32::ComPointer<IPersistFile> m_file;
 };
@@ -41,9 +41,11 @@ private:
 template <class Get>
 bool Receive(CString& text, Get get)
 {
-    const HRESULT result = get(text.GetBuffer(kMostUnits), kMostUnits);
-    text.ReleaseBuffer(result == S_OK ? -1 : 0);
-    return result == S_OK;
+    wchar_t* const buffer = text.GetBuffer(kMostUnits);
+    buffer[0] = 0; // what there is none of need not be written
+    const bool isDone = SUCCEEDED(get(buffer, kMostUnits));
+    text.ReleaseBuffer(isDone ? -1 : 0);
+    return isDone;
 }
 
 bool ReadBytes(const CString& path, std::vector<BYTE>& bytes)
@@ -117,7 +119,7 @@ bool ReadFields(IShellLinkW& link, const std::vector<BYTE>& bytes, Shortcut& fie
     const auto folder = [&](LPWSTR buffer, int size) { return link.GetWorkingDirectory(buffer, size); };
     return ReadTarget(link, bytes, fields.target) && Receive(fields.arguments, arguments) &&
            Receive(fields.description, description) && Receive(fields.workingDirectory, folder) &&
-           link.GetHotkey(&fields.hotKey) == S_OK;
+           SUCCEEDED(link.GetHotkey(&fields.hotKey));
 }
 
 bool IsKept(const Shortcut& fields)
@@ -170,6 +172,19 @@ bool Save(IPersistFile& file, const CString& path)
 }
 
 } // namespace
+
+ShellScope::ShellScope()
+    : m_isCounted(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE)))
+{
+}
+
+ShellScope::~ShellScope()
+{
+    // RPC_E_CHANGED_MODE: the thread's own apartment is of the other kind and serves as well; nothing was
+    // counted that would have to be given back.
+    if (m_isCounted)
+        CoUninitialize();
+}
 
 bool ReadShortcut(const CString& path, Shortcut& out)
 {

@@ -1,6 +1,6 @@
 #include "framework/ui/SystemIcon.h"
 
-#include "framework/base/win32/Com.h"
+#include "framework/base/SystemShortcut.h"
 #include "framework/ui/win32/IconEntries.h"
 
 namespace vak::win32 {
@@ -23,7 +23,7 @@ bool Ask(const CString& path, UINT what, SHFILEINFOW& info)
     // Longer ones the shell would cut, and take for another file.
     if (path.IsEmpty() || path.GetLength() >= MAX_PATH)
         return false;
-    const win32::ComScope com;
+    const ShellScope shell;
     DWORD before = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before);
     const DWORD_PTR found = win32::CurrentIconEntries().getFileInfo(path, 0, &info, sizeof info, what);

@@ -1,10 +1,10 @@
 #include "platform/Shortcut.h"
 
-#include "files/FileSystem.h"
 #include "framework/base/StringTable.h"
 #include "platform/ShortcutsArray.h"
 #include "tests/platform/windows/ShortcutFixture.h"
 #include "tests/support/ArchiveBytes.h"
+#include "tests/support/FaultyFile.h"
 #include "tests/support/ShortcutFile.h"
 
 using vak::test::CountedIcons;
@@ -26,19 +26,24 @@ int Create(const CString& path, const CString& target, const CString& descriptio
 /// What the shortcut says in the script's form; empty, and no field left over, when it cannot be read.
 CString Said(CShortcut& shortcut, const CString& path)
 {
-    CString text;
-    if (shortcut.Init(path, 1) == 0) {
-        const CString rest = shortcut.GetPath() + shortcut.GetLinkPath() + shortcut.GetLinkArguments() +
-                             shortcut.GetLinkDescription() + shortcut.GetLinkWorkingDirectory();
-        EXPECT_TRUE(rest.IsEmpty() && !shortcut.GetLinkHotKey() && !shortcut.GetLinkIcon());
-        return rest;
-    }
+    const bool isRead = shortcut.Init(path, 1) != 0;
+    CString text = shortcut.GetPath() + shortcut.GetLinkPath() + shortcut.GetLinkArguments() +
+                   shortcut.GetLinkDescription() + shortcut.GetLinkWorkingDirectory();
+    EXPECT_TRUE(isRead || (!shortcut.GetLinkHotKey() && !shortcut.GetLinkIcon()));
+    if (!isRead)
+        return text;
     text.Format(L"target=%s\narguments=%s\nfolder=%s\ndescription=%s\nhotkey=%04x\n",
                 shortcut.GetLinkPath().GetString(), shortcut.GetLinkArguments().GetString(),
                 shortcut.GetLinkWorkingDirectory().GetString(), shortcut.GetLinkDescription().GetString(),
                 shortcut.GetLinkHotKey());
     return text;
 }
+
+/// Shows where an icon lies.
+struct Located : CShortcut
+{
+    using CShortcut::GetIconLocation;
+};
 
 } // namespace
 
@@ -96,7 +101,14 @@ TEST(Shortcut, HasItsPathsWholeOrNotAtAll)
     EXPECT_TRUE(!Create(path, kTarget, CString(L'd', 1024)) && !Create(path, L""));
     EXPECT_TRUE(!Create(path, kTarget, L"", L"", CString(L'a', 32767)));
     EXPECT_EQ(Create(folder.Path("none\\a.lnk"), kTarget), 0);
-    EXPECT_EQ(folder.Read("a.lnk"), before);
+    int failing = 0;
+    for (bool isMade = false; !isMade;) {
+        const vak::test::FailingSystem disk(++failing);
+        isMade = Create(path, kTarget) != 0;
+        EXPECT_EQ(folder.Read("a.lnk") != before, isMade) << failing;
+        EXPECT_EQ(folder.Names().size(), 1u) << failing;
+    }
+    EXPECT_GT(failing, 3); // it was opened, flushed and put into its place
     ASSERT_EQ(Create(path, longest, CString(L'd', 1023), longest, CString(L'a', 32766)), 1);
     ASSERT_EQ(shortcut.Init(path, 0), 1);
     EXPECT_TRUE(shortcut.GetLinkPath() == longest && shortcut.GetLinkWorkingDirectory() == longest);
@@ -111,7 +123,7 @@ TEST(Shortcut, DamagedFilesAreNone)
     const std::string sound = folder.Read("a.lnk");
     for (std::size_t length = 0; length < sound.size(); ++length)
         EXPECT_EQ(Said(shortcut, folder.Write("b.lnk", sound.substr(0, length))), CString()) << length;
-    for (std::size_t bit = 0; bit < sound.size() * 8; bit += 13) {
+    for (std::size_t bit = 0; bit < sound.size() * 8; bit += 29) {
         std::string damaged = sound;
         damaged[bit / 8] ^= static_cast<char>(1 << bit % 8);
         Said(shortcut, folder.Write("b.lnk", damaged));
@@ -124,6 +136,9 @@ TEST(Shortcut, FreesEachIconOnceWhateverHappensToIt)
 {
     const TempFolder folder;
     ASSERT_TRUE(Create(folder.Path("a.lnk"), kTarget) && Create(folder.Path("b.lnk"), kTarget));
+    int index = 7;
+    EXPECT_TRUE(Located().GetIconLocation(L"", index).IsEmpty() && index == 0);
+    EXPECT_EQ(Located().GetIconLocation(kTarget, index).CompareNoCase(kTarget), 0);
     const CountedIcons icons;
     {
         CShortcut first;
