@@ -180,7 +180,12 @@ void CPropertySheet::RemovePage(CPropertyPage* page)
         return;
     m_pages.erase(m_pages.begin() + index);
     page->m_sheet = nullptr;
-    if (m_hWnd)
+    if (!m_hWnd)
+        return;
+    // The system's sheets have at least one page.
+    if (m_pages.empty())
+        DestroyWindow();
+    else
         SendMessage(PSM_REMOVEPAGE, static_cast<WPARAM>(index));
 }
 
@@ -281,7 +286,7 @@ bool CPropertySheet::MakeWindow(HWND owner)
     header.ppsp = pages.data();
     header.pfnCallback = &Opening::OnSheet;
     const HWND made = Opening(this).Make(header);
-    if (m_hWnd && m_isInitialized) {
+    if (m_hWnd && m_isInitialized && SendMessage(PSM_GETCURRENTPAGEHWND)) {
         ShowWindow(SW_SHOW);
         return true;
     }

@@ -26,7 +26,7 @@ public:
     /// Adds a page at the end, also while the sheet is open. A page of another sheet leaves that one; one
     /// that is here already stays where it is. Null throws CInvalidArgException.
     void AddPage(CPropertyPage* page);
-    /// Takes the page out; its window goes. Does nothing when it is not here.
+    /// Takes the page out; its window goes, with the last page the sheet's. Does nothing when it is not here.
     void RemovePage(CPropertyPage* page);
     int GetPageCount() const { return static_cast<int>(m_pages.size()); }
     /// An index outside the pages throws CInvalidArgException; so for SetActivePage.

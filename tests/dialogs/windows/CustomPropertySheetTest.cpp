@@ -333,10 +333,10 @@ TEST_F(SheetTest, OutlivesPagesAndWhatHooksThrow)
     CCustomPropertySheet empty;
     EXPECT_TRUE(empty.SaveDataFromPages(empty.GetData()) && !empty.GetData().HasData());
     EXPECT_EQ(empty.DoModal(), -1);
-    {
-        NumberPage withoutTemplate('NONE', 4999);
-        m_sheet.AddPage(&withoutTemplate);
-        EXPECT_EQ(m_sheet.DoModal(), -1);
+    for (const UINT templateId : {4002u, 4999u}) {
+        NumberPage cannotBeMade('NONE', templateId);
+        empty.AddPage(&cannotBeMade);
+        EXPECT_EQ(empty.DoModal(), -1);
     }
     EXPECT_TRUE(IsRefused([&] { m_sheet.GetPage(-1); }));
     EXPECT_TRUE(IsRefused([&] { m_sheet.SetActivePage(2); }));
@@ -361,9 +361,11 @@ TEST_F(SheetTest, OutlivesPagesAndWhatHooksThrow)
                        delete doomed;
                        EXPECT_EQ(m_sheet.GetPageCount(), 2);
                        EXPECT_TRUE(m_sheet.SetActivePage(1));
-                       m_sheet.Press(IDOK);
+                       m_sheet.RemovePage(&m_quality);
+                       m_sheet.RemovePage(&m_size);
                    }}),
-              IDOK);
+              -1)
+        << "the last page takes the sheet's window with it";
 }
 
 TEST_F(SheetTest, AThousandOfThemLeaveNothingBehind)
