@@ -188,18 +188,6 @@ int CDC::IntersectClipRect(LPCRECT rect)
     return ::IntersectClipRect(m_hDC, rect->left, rect->top, rect->right, rect->bottom);
 }
 
-CPoint CDC::MoveTo(POINT point)
-{
-    CPoint former;
-    ::MoveToEx(m_hDC, point.x, point.y, &former);
-    return former;
-}
-
-BOOL CDC::LineTo(POINT point)
-{
-    return ::LineTo(m_hDC, point.x, point.y);
-}
-
 BOOL CDC::Rectangle(LPCRECT rect)
 {
     return ::Rectangle(m_hDC, rect->left, rect->top, rect->right, rect->bottom);

@@ -67,11 +67,6 @@ public:
     int ExcludeClipRect(LPCRECT rect);
     int IntersectClipRect(LPCRECT rect);
 
-    CPoint MoveTo(POINT point);
-    CPoint MoveTo(int x, int y) { return MoveTo(CPoint(x, y)); }
-    /// A line to there, without its last pixel, with the pen.
-    BOOL LineTo(POINT point);
-    BOOL LineTo(int x, int y) { return LineTo(CPoint(x, y)); }
     /// A frame with the pen, filled with the brush.
     BOOL Rectangle(LPCRECT rect);
     void FillRect(LPCRECT rect, CBrush* brush);

@@ -13,6 +13,9 @@ const SIZE CScrollView::sizeDefault{0, 0};
 
 namespace {
 
+/// More than anybody sets a notch of the wheel to.
+constexpr UINT kMostLines = 100;
+
 /// What the window can show: found out from what it has now, whichever bars are there.
 ScrollLayout LayoutOf(const CWnd& window, CSize total)
 {
@@ -86,9 +89,10 @@ BOOL CScrollView::OnScrollBy(CSize by, BOOL doScroll)
     return TRUE;
 }
 
-void CScrollView::OnSize(UINT, int, int)
+void CScrollView::OnSize(UINT type, int, int)
 {
-    UpdateBars();
+    if (type != SIZE_MINIMIZED)
+        UpdateBars();
 }
 
 void CScrollView::OnHScroll(UINT code, UINT, HWND bar)
@@ -116,7 +120,7 @@ BOOL CScrollView::OnMouseWheel(UINT flags, short delta, CPoint)
     SystemParametersInfo(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
     const bool byPage = lines == WHEEL_PAGESCROLL;
     const CSize step = byPage ? PageStep() : LineStep();
-    const LONGLONG turned = -LONGLONG{delta} * (byPage ? 1 : lines);
+    const LONGLONG turned = -LONGLONG{delta} * (byPage ? 1 : std::min(lines, kMostLines));
     const LONGLONG way = turned * (layout.isHigh ? step.cy : step.cx) / WHEEL_DELTA;
     const auto by = static_cast<LONG>(std::clamp<LONGLONG>(way, -MAXLONG, MAXLONG));
     return OnScrollBy(layout.isHigh ? CSize(0, by) : CSize(by, 0));

@@ -102,6 +102,23 @@ TEST_F(Viewer, PaintsEachPixelOfASmallImageAtItsZoomOnADesk)
     EXPECT_NE(Seen(40, 15), Seen(39, 15));
 }
 
+TEST_F(Viewer, PaintsTheSidesOfAModelOnPaper)
+{
+    Content content;
+    content.isMesh = true;
+    content.mesh.positions = {{0, 0, 0}, {9, 0, 0}, {4, 9, 0}};
+    content.mesh.corners = {{0, -1, -1}, {1, -1, -1}, {2, -1, -1}};
+    content.mesh.faceSizes = {3};
+    Show(std::move(content), CSize(120, 120));
+    for (const char* zoom : {"", "+", "f"}) {
+        Type(zoom);
+        int lines = 0;
+        for (int x = 0; x < 120; ++x)
+            lines += Seen(x, 60) == RGB(0x20, 0x40, 0x80);
+        EXPECT_TRUE(lines >= 1 && lines <= 8) << zoom << lines;
+    }
+}
+
 TEST_F(Viewer, ZoomsAroundTheMouseAndBackToTheSamePixels)
 {
     Show(Picture(300, 200), CSize(120, 100));
@@ -206,6 +223,30 @@ TEST(ViewerParts, TransparentPixelsShowTheGroundThatMovesWithTheDocument)
     const Image color{1, 1, 4, {255, 100, 0, 51}};
     DrawPixels(color, {{0}, {0}}, CPoint(), {pixels, 1});
     EXPECT_EQ(pixels[0], 0xFFE0CCu) << "a fifth over white";
+}
+
+TEST(ViewerParts, LinesHaveTheSamePixelsInWholeAndInPieces)
+{
+    const std::pair<CPoint, std::vector<CPoint>> rows[] = {
+        {{5, 2}, {{0, 0}, {1, 0}, {2, 1}, {3, 1}, {4, 2}, {5, 2}}},
+        {{-1, 3}, {{0, 0}, {0, 1}, {-1, 2}, {-1, 3}}},
+        {{3, -3}, {{0, 0}, {1, -1}, {2, -2}, {3, -3}}},
+        {{0, 0}, {{0, 0}}},
+    };
+    for (const auto& [end, points] : rows) {
+        const CPoint start(20, 20);
+        const CPoint to = start + end;
+        std::vector<std::uint32_t> expected(1600);
+        for (const CPoint& point : points)
+            expected[static_cast<std::size_t>((20 + point.y) * 40 + 20 + point.x)] = 1;
+        std::vector<std::uint32_t> whole(1600);
+        DrawLine(start, to, 1, CRect(0, 0, 40, 40), {whole.data(), 40});
+        EXPECT_EQ(whole, expected);
+        std::vector<std::uint32_t> pieces(1600);
+        for (const CRect& piece : {CRect(0, 0, 22, 21), CRect(22, 0, 40, 21), CRect(0, 21, 40, 40)})
+            DrawLine(to, start, 1, piece, {pieces.data() + piece.top * 40 + piece.left, 40});
+        EXPECT_EQ(pieces, expected);
+    }
 }
 
 TEST(ViewerParts, SelectionsTakeAnAspectWithinTheDocument)

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr COLORREF kPaper = RGB(0xFF, 0xFF, 0xFF);
-constexpr COLORREF kLine = RGB(0x20, 0x40, 0x80);
+constexpr std::uint32_t kLine = 0x204080;
 
 /// The document pixels that the columns and rows of an area of the page show: the same as the mouse finds
 /// there.
@@ -60,14 +60,13 @@ void Document::DrawImage(Canvas& canvas, const CVakCoord& coord, const CRect& ar
     DrawPixels(m_content.image, MapOf(coord, area), origin, canvas.PixelsAt(area.TopLeft()));
 }
 
-void Document::DrawWireframe(CDC& dc, const CVakCoord& coord, const CRect& area) const
+void Document::DrawWireframe(Canvas& canvas, const CVakCoord& coord, const CRect& area) const
 {
-    dc.FillSolidRect(area, kPaper);
-    CPen pen(PS_SOLID, 0, kLine);
-    CPen* const former = dc.SelectObject(&pen);
+    canvas.FillSolidRect(area, kPaper);
+    const PixelRows pixels = canvas.PixelsAt(area.TopLeft());
     CRect visible = area;
     coord.ClientToDoc(visible, TRUE, TRUE, TRUE);
-    // A line's first pixel lies in the corner of its document pixel.
+    // A line lies in the top left corners of its document pixels: those of the next ones may be seen.
     visible.InflateRect(1, 1);
     for (const Wireframe::Edge& edge : m_wireframe->Edges()) {
         if (!Wireframe::IsNear(edge, visible))
@@ -76,8 +75,7 @@ void Document::DrawWireframe(CDC& dc, const CVakCoord& coord, const CRect& area)
         CPoint to;
         coord.DocToViewportForPolygon(edge[0], from);
         coord.DocToViewportForPolygon(edge[1], to);
-        dc.MoveTo(CPoint(from - coord.GetScrollPos()));
-        dc.LineTo(CPoint(to - coord.GetScrollPos()));
+        const CPoint scroll = coord.GetScrollPos();
+        DrawLine(CPoint(from - scroll), CPoint(to - scroll), kLine, area, pixels);
     }
-    dc.SelectObject(former);
 }

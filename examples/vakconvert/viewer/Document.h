@@ -23,7 +23,7 @@ public:
 
 private:
     void DrawImage(Canvas& canvas, const CVakCoord& coord, const CRect& area) const;
-    void DrawWireframe(CDC& dc, const CVakCoord& coord, const CRect& area) const;
+    void DrawWireframe(Canvas& canvas, const CVakCoord& coord, const CRect& area) const;
 
     Content m_content;
     std::optional<Wireframe> m_wireframe;

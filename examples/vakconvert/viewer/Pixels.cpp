@@ -1,6 +1,8 @@
 #include "examples/vakconvert/viewer/Pixels.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -51,6 +53,21 @@ void DrawRow(const std::uint8_t* row, const std::vector<int>& columns, CPoint or
 using RowDrawer = void (*)(const std::uint8_t*, const std::vector<int>&, CPoint, std::uint32_t*);
 constexpr RowDrawer kDrawers[] = {&DrawRow<1>, &DrawRow<2>, &DrawRow<3>, &DrawRow<4>};
 
+/// A line that is not steeper than 1: `v` follows from `u`.
+struct Slope
+{
+    LONGLONG u;
+    LONGLONG v;
+    LONGLONG lengthU;
+    LONGLONG lengthV;
+
+    LONGLONG At(LONGLONG place) const
+    {
+        const LONGLONG half = lengthV < 0 ? -lengthU : lengthU;
+        return v + (lengthU ? (2 * (place - u) * lengthV + half) / (2 * lengthU) : 0);
+    }
+};
+
 std::size_t RowSize(const Image& image)
 {
     return std::size_t{image.width} * image.channels;
@@ -71,6 +88,24 @@ void DrawPixels(const Image& image, const PixelMap& map, CPoint origin, const Pi
         else
             draw(image.pixels.data() + RowSize(image) * static_cast<std::size_t>(map.rows[i]), map.columns,
                  place, to);
+    }
+}
+
+void DrawLine(CPoint from, CPoint to, std::uint32_t color, const CRect& area, const PixelRows& target)
+{
+    const bool isSteep = std::abs(LONGLONG{to.y} - from.y) > std::abs(LONGLONG{to.x} - from.x);
+    if (isSteep ? from.y > to.y : from.x > to.x)
+        std::swap(from, to);
+    const LONGLONG width = LONGLONG{to.x} - from.x;
+    const LONGLONG height = LONGLONG{to.y} - from.y;
+    const Slope slope = isSteep ? Slope{from.y, from.x, height, width} : Slope{from.x, from.y, width, height};
+    const LONG first = std::max(isSteep ? from.y : from.x, isSteep ? area.top : area.left);
+    const LONG last = std::min(isSteep ? to.y : to.x, (isSteep ? area.bottom : area.right) - 1);
+    for (LONG u = first; u <= last; ++u) {
+        const auto v = static_cast<LONG>(slope.At(u));
+        const CPoint at = isSteep ? CPoint(v, u) : CPoint(u, v);
+        if (area.PtInRect(at))
+            target.first[std::ptrdiff_t{target.stride} * (at.y - area.top) + (at.x - area.left)] = color;
     }
 }
 

@@ -24,5 +24,9 @@ struct PixelMap
 /// ground is seen; `origin` is where the area lies in it.
 void DrawPixels(const Image& image, const PixelMap& map, CPoint origin, const PixelRows& target);
 
+/// Draws a line, both ends included, as far as it lies in `area`, which begins at `target`. Which pixels it
+/// has does not depend on the area: what is drawn piece by piece fits together.
+void DrawLine(CPoint from, CPoint to, std::uint32_t color, const CRect& area, const PixelRows& target);
+
 /// A part of the image, which lies in it and is not empty; right and bottom exclusive.
 Image CutOut(const Image& image, const CRect& part);

@@ -5,7 +5,6 @@
 #include "examples/vakconvert/viewer/Pixels.h"
 #include "files/FileIo.h"
 #include "files/FileKinds.h"
-#include "files/FilePath.h"
 #include "files/IoPlugins.h"
 
 #include <new>
@@ -15,8 +14,9 @@ namespace {
 /// Makes the file in a folder beside its place, then moves it there.
 CString SaveContent(Content& content, const CString& path)
 {
-    const CString name = fileStripPath(path);
-    const CString folder = path.Left(path.GetLength() - name.GetLength());
+    const int nameStart = path.ReverseFind(L'\\') + 1;
+    const CString folder = path.Left(nameStart);
+    const CString name = path.Mid(nameStart);
     WorkFolder work(folder);
     if (!work.IsReady())
         return L"Nothing can be written in " + folder;
