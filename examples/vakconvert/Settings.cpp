@@ -142,7 +142,7 @@ bool WantsResults(const Settings& settings)
                           !settings.destination.IsEmpty() || !settings.zip.IsEmpty() ||
                           !settings.subfolder.IsEmpty();
     const bool hasReport = !settings.report.IsEmpty() || !settings.reportOut.IsEmpty();
-    return hasPlace || hasReport || !settings.targets.empty() || !settings.name.IsEmpty() ||
+    return hasPlace || hasReport || settings.ask || !settings.targets.empty() || !settings.name.IsEmpty() ||
            !settings.options.empty();
 }
 

@@ -1,5 +1,4 @@
 #include "examples/sdk/OptionsIds.h"
-#include "examples/vakconvert/ContentIo.h"
 #include "examples/vakconvert/Conversion.h"
 #include "examples/vakconvert/options/Names.h"
 #include "examples/vakconvert/options/NamesIds.h"
@@ -12,6 +11,8 @@
 #include "tests/support/Print.h"
 
 #include <prsht.h>
+
+#include <utility>
 
 using vak::test::DialogDriver;
 using vak::test::kTriangle;
@@ -63,23 +64,19 @@ protected:
 TEST_F(OptionsSheetTest, WhatItKeepsHoldsForTheNextRunThatDoesNotSayOtherwise)
 {
     const vak::test::MessageRecorder boxes;
-    int step = 0;
+    bool isRefused = false;
     const DialogDriver driver([&](HWND sheet) {
-        switch (step++) {
-        case 0:
-            Click(sheet, kBinary);
-            SendMessageW(sheet, PSM_SETCURSEL, 1, 0);
-            Type(sheet, IDC_NAME, L"<file(shortname)>-x");
-            Click(sheet, IDC_PLACE + kInSubfolder);
-            Type(sheet, IDC_SUBFOLDER, L"..");
-            return PressButton(sheet, IDOK);
-        case 1: // refused: no folder below the source's
+        DialogDriver::Press(sheet, IDOK);
+        if (std::exchange(isRefused, true)) {
             Type(sheet, IDC_SUBFOLDER, L"made");
-            DialogDriver::Press(sheet, IDOK);
-            return true;
-        default:
             return true;
         }
+        Click(sheet, kBinary);
+        SendMessageW(sheet, PSM_SETCURSEL, 1, 0);
+        Type(sheet, IDC_NAME, L"<file(shortname)>-x");
+        Click(sheet, IDC_PLACE + kInSubfolder);
+        Type(sheet, IDC_SUBFOLDER, L".."); // no folder below the source's
+        return false;
     });
     TargetSheet sheet(m_target);
     EXPECT_EQ(sheet.DoModal(), IDOK);
@@ -142,28 +139,22 @@ TEST_F(OptionsSheetTest, APlugInAsksOnceARunUnlessItIsSilent)
     const auto convert = [&](const Source& source) {
         return Convert(source, m_target, m_folder.Path("in\\"), stems, names).failure;
     };
+    int answer = IDOK;
+    const auto act = [&](HWND sheet) {
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(sheet, 12321))) << "there is nothing to apply to";
+        Click(sheet, kBinary);
+        DialogDriver::Press(sheet, answer);
+        return true;
+    };
     {
-        const DialogDriver driver([&](HWND sheet) {
-            EXPECT_FALSE(IsWindowVisible(GetDlgItem(sheet, 12321))) << "there is nothing to apply to";
-            Click(sheet, kBinary);
-            DialogDriver::Press(sheet, IDOK);
-            return true;
-        });
+        const DialogDriver driver(act);
         EXPECT_EQ(convert(sources[0]) + convert(sources[1]), CString());
         EXPECT_TRUE(IsText("in/a.stl") && IsText("in/b.stl") && driver.Seen() == 1);
     }
     m_target.asks = true;
-    const DialogDriver driver([](HWND sheet) {
-        DialogDriver::Press(sheet, IDCANCEL);
-        return true;
-    });
+    answer = IDCANCEL;
+    const DialogDriver driver(act);
     EXPECT_EQ(convert(sources[0]), CString(L"Opération interrompue"));
     EXPECT_TRUE(m_target.isGivenUp);
     EXPECT_EQ(Made(".stl"), (vak::test::Names{"in/a.stl", "in/b.stl"}));
-}
-
-TEST_F(OptionsSheetTest, AKindThatNobodyWritesHasNone)
-{
-    EXPECT_EQ(Run(L"--options .xyz"), 2u);
-    EXPECT_TRUE(Says("no plug-in writes \".xyz\"")) << m_output;
 }

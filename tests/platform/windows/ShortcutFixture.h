@@ -22,12 +22,7 @@ inline CString ReadByScript(const TempFolder& folder, const char* name)
                       L"/tests/support/read_shortcut.py\" \"" + folder.Path(name).Mid(2) + L"\" \"" +
                       folder.Path("script.out").Mid(2) + L"\"";
     command.Replace(L'\\', L'/');
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process{};
-    if (!CreateProcessW(nullptr, command.GetBuffer(0), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                        &process))
-        return L"no script";
+    WinExec(CStringA(command), SW_HIDE);
     for (int i = 0; i < 400 && !folder.Has("script.out"); ++i)
         Sleep(50);
     const std::string bytes = folder.Read("script.out");
@@ -44,7 +39,7 @@ public:
     CountedIcons() : m_before(win32::CurrentIconEntries())
     {
         s_alive.clear();
-        s_loaded = s_small = 0;
+        s_flags = 0;
         win32::CurrentIconEntries() = {Get, Destroy};
     }
     ~CountedIcons() { win32::CurrentIconEntries() = m_before; }
@@ -52,16 +47,15 @@ public:
     CountedIcons& operator=(const CountedIcons&) = delete;
 
     static int Alive() { return static_cast<int>(s_alive.size()); }
-    static int Loaded() { return s_loaded; }
-    static int SmallOnes() { return s_small; }
+    /// All that the shell was asked with.
+    static UINT Flags() { return s_flags; }
 
 private:
     static DWORD_PTR WINAPI Get(LPCWSTR path, DWORD attributes, SHFILEINFOW* info, UINT size, UINT flags)
     {
         const DWORD_PTR found = SHGetFileInfoW(path, attributes, info, size, flags);
         EXPECT_TRUE(s_alive.insert(info->hIcon).second);
-        ++s_loaded;
-        s_small += (flags & SHGFI_SMALLICON) != 0 ? 1 : 0;
+        s_flags |= flags;
         return found;
     }
     static BOOL WINAPI Destroy(HICON icon)
@@ -71,8 +65,7 @@ private:
     }
 
     static inline std::set<HICON> s_alive;
-    static inline int s_loaded = 0;
-    static inline int s_small = 0;
+    static inline UINT s_flags = 0;
     const win32::IconEntries m_before;
 };
 

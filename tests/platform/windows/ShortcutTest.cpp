@@ -7,6 +7,9 @@
 #include "tests/support/FaultyFile.h"
 #include "tests/support/ShortcutFile.h"
 
+#include <algorithm>
+#include <iterator>
+
 using vak::test::CountedIcons;
 using vak::test::IsRefused;
 using vak::test::ReadByScript;
@@ -39,10 +42,17 @@ CString Said(CShortcut& shortcut, const CString& path)
     return text;
 }
 
-/// Shows where an icon lies.
-struct Located : CShortcut
+/// Shows what derived classes see.
+struct Opened : CShortcut
 {
     using CShortcut::GetIconLocation;
+    bool IsInOrder() const
+    {
+        const void* const members[] = {&m_path,        &m_linkPath,         &m_arguments,
+                                       &m_description, &m_workingDirectory, &m_hotKey,
+                                       &m_linkIcon,    &m_targetIcon};
+        return std::is_sorted(std::begin(members), std::end(members));
+    }
 };
 
 } // namespace
@@ -136,20 +146,21 @@ TEST(Shortcut, FreesEachIconOnceWhateverHappensToIt)
 {
     const TempFolder folder;
     ASSERT_TRUE(Create(folder.Path("a.lnk"), kTarget) && Create(folder.Path("b.lnk"), kTarget));
+    EXPECT_TRUE(Opened().IsInOrder());
     int index = 7;
-    EXPECT_TRUE(Located().GetIconLocation(L"", index).IsEmpty() && index == 0);
-    EXPECT_EQ(Located().GetIconLocation(kTarget, index).CompareNoCase(kTarget), 0);
+    EXPECT_TRUE(Opened().GetIconLocation(L"", index).IsEmpty() && index == 0);
+    EXPECT_EQ(Opened().GetIconLocation(kTarget, index).CompareNoCase(kTarget), 0);
     const CountedIcons icons;
     {
         CShortcut first;
-        ASSERT_EQ(first.Init(folder.Path("a.lnk"), 1), 1);
+        ASSERT_EQ(first.Init(folder.Path("a.lnk"), 0xFF01), 1);
         ASSERT_EQ(first.Init(first.GetPath(), 1), 1);
         CShortcut second(first);
         EXPECT_TRUE(second.GetLinkIcon() && second.GetLinkIcon() != first.GetLinkIcon());
         const CShortcut& same = second = first;
         second = same;
         EXPECT_EQ(CountedIcons::Alive(), 4);
-        EXPECT_EQ(CountedIcons::SmallOnes(), CountedIcons::Loaded());
+        EXPECT_EQ(CountedIcons::Flags(), UINT(SHGFI_ICON | SHGFI_SMALLICON));
         EXPECT_EQ(second.Init(folder.Path("none.lnk"), 1), 0);
 
         CShortcutsArray array;
