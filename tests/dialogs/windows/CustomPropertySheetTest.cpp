@@ -136,14 +136,12 @@ protected:
 /// What the process holds. The last sixteen bits of a handle are its number: all are tried.
 struct Holdings
 {
-    int gdiObjects = 0;
-    int userObjects = 0;
-    int blocks = 0;
+    int gdiObjects, userObjects, blocks;
 };
 
 Holdings Count()
 {
-    Holdings found;
+    Holdings found{};
     for (UINT_PTR number = 1; number <= 0xFFFF; ++number) {
         found.gdiObjects += GetObjectType(reinterpret_cast<HGDIOBJ>(number)) != 0;
         found.userObjects +=
@@ -186,13 +184,11 @@ TEST_F(SheetTest, StaysOnPagesThatAreNotValidTheLastOneInTheEnd)
 {
     NumberPage third('THIR');
     m_sheet.AddPage(&third);
-    const auto boxes = [&] { return m_boxes.Boxes().size(); };
     EXPECT_EQ(Run({[&] {
                        m_quality.Type(L"700");
                        EXPECT_FALSE(m_sheet.SetActivePage(2));
-                       EXPECT_EQ(boxes(), 1u);
                        m_sheet.Press(IDOK);
-                       EXPECT_EQ(boxes(), 2u);
+                       EXPECT_EQ(m_boxes.Boxes().size(), 2u);
                        EXPECT_EQ(m_sheet.m_log, L"init;") << "the page refused before anything was saved";
                        EXPECT_EQ(m_quality.Shown(), L"700");
                        m_quality.Type(L"60");
@@ -204,7 +200,7 @@ TEST_F(SheetTest, StaysOnPagesThatAreNotValidTheLastOneInTheEnd)
                        third.Type(L"x");
                        m_sheet.Press(IDOK);
                        EXPECT_EQ(m_sheet.GetActiveIndex(), 2);
-                       EXPECT_EQ(boxes(), 4u);
+                       EXPECT_EQ(m_boxes.Boxes().size(), 4u);
                        EXPECT_EQ(m_sheet.Stored('QUAL'), 60);
                        EXPECT_EQ(m_sheet.Stored('SIZE'), 5);
                        m_sheet.Press(IDCANCEL);

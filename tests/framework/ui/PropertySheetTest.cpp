@@ -1,8 +1,9 @@
 #include "framework/ui/PropertySheet.h"
 
 #include "framework/ui/PropertyPage.h"
-#include "tests/support/DialogDriver.h"
 #include "tests/support/Print.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -11,12 +12,7 @@ class ProbePage : public CPropertyPage
 public:
     ProbePage() : CPropertyPage(4000) {}
 
-    BOOL OnSetActive() override
-    {
-        if (m_ends)
-            EndDialog(88);
-        return Tell(L"shown;");
-    }
+    BOOL OnSetActive() override { return Tell(L"shown;"); }
     BOOL OnKillActive() override { return Tell(L"left;"); }
     BOOL OnQueryCancel() override { return Tell(L"asked;"); }
     void OnOK() override { Tell(L"OK;"); }
@@ -30,19 +26,11 @@ private:
     bool Tell(const wchar_t* what)
     {
         m_log += what;
+        if (m_ends)
+            EndDialog(88);
         return m_accepts;
     }
 };
-
-template <class Act>
-INT_PTR Show(CPropertySheet& sheet, Act act)
-{
-    vak::test::DialogDriver driver([&](HWND) {
-        act();
-        return true;
-    });
-    return sheet.DoModal();
-}
 
 } // namespace
 
@@ -53,33 +41,24 @@ TEST(PropertySheet, AsksItsPagesAndTellsThem)
     sheet.AddPage(&first);
     sheet.AddPage(&second);
     const auto press = [&](WPARAM id) { sheet.SendMessage(WM_COMMAND, id); };
-    EXPECT_EQ(Show(sheet,
-                   [&] {
-                       first.m_accepts = false;
-                       EXPECT_FALSE(sheet.SetActivePage(1));
-                       press(IDCANCEL);
-                       press(IDOK);
-                       EXPECT_EQ(first.m_log, L"shown;left;asked;left;");
-                       first.m_accepts = true;
-                       EXPECT_TRUE(sheet.SetActivePage(1));
-                       press(IDOK);
-                   }),
-              IDOK);
+    ASSERT_TRUE(sheet.Create());
+    first.m_accepts = false;
+    EXPECT_FALSE(sheet.SetActivePage(1));
+    press(IDCANCEL);
+    press(IDOK);
+    first.m_accepts = true;
+    EXPECT_TRUE(sheet.SetActivePage(1));
+    press(IDOK);
+    EXPECT_EQ(sheet.GetSafeHwnd(), nullptr);
     EXPECT_EQ(first.m_log, L"shown;left;asked;left;left;OK;");
     EXPECT_EQ(second.m_log, L"shown;left;OK;");
 
     first.m_accepts = false;
-    const CPropertyPage* shown = nullptr;
-    const auto look = [&] {
-        shown = sheet.GetActivePage();
-        second.EndDialog(7);
-    };
-    EXPECT_EQ(Show(sheet, look), 7);
-    EXPECT_EQ(shown, &second) << "the first does not want to be shown";
+    ASSERT_TRUE(sheet.Create());
+    EXPECT_EQ(sheet.GetActivePage(), &second) << "the first does not want to be shown";
     sheet.RemovePage(&first);
-    EXPECT_EQ(Show(sheet, [&] { press(IDCANCEL); }), IDCANCEL);
-    EXPECT_EQ(second.m_log.Right(22), L"shown;asked;cancelled;");
-    EXPECT_EQ(Show(sheet, [&] { sheet.DestroyWindow(); }), -1);
+    press(IDCANCEL);
+    EXPECT_EQ(second.m_log, L"shown;left;OK;shown;asked;cancelled;");
     second.m_ends = true;
     EXPECT_EQ(sheet.DoModal(), 88) << "it ends before its loop begins";
 }
