@@ -1,22 +1,83 @@
 #include "platform/Shortcut.h"
 
 #include "framework/base/StringTable.h"
+#include "framework/base/SystemText.h"
+#include "framework/ui/win32/IconEntries.h"
 #include "platform/ShortcutsArray.h"
-#include "tests/platform/windows/ShortcutFixture.h"
 #include "tests/support/ArchiveBytes.h"
 #include "tests/support/FaultyFile.h"
+#include "tests/support/Print.h"
 #include "tests/support/ShortcutFile.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <objbase.h>
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
-using vak::test::CountedIcons;
 using vak::test::IsRefused;
-using vak::test::ReadByScript;
 using vak::test::ShortcutTo;
 using vak::test::TempFolder;
 
 namespace {
+
+/// What the script that knows the published format reads from a shortcut file of a folder on the host's
+/// drive.
+CString ReadByScript(const TempFolder& folder, const char* name)
+{
+    // The host's own program: there is no handle of it to wait for.
+    CString command = L"Z:\\usr\\bin\\python3 \"" + CString(VAK_SOURCE_DIR) +
+                      L"/tests/support/read_shortcut.py\" \"" + folder.Path(name).Mid(2) + L"\" \"" +
+                      folder.Path("script.out").Mid(2) + L"\"";
+    command.Replace(L'\\', L'/');
+    WinExec(CStringA(command), SW_HIDE);
+    for (int i = 0; i < 400 && !folder.Has("script.out"); ++i)
+        Sleep(50);
+    const std::string bytes = folder.Read("script.out");
+    std::filesystem::remove(folder.Host("script.out"));
+    CString text;
+    vak::system::ToWide(CP_UTF8, bytes.data(), bytes.size(), text);
+    return text;
+}
+
+/// While it lives, the icons that the shell gives are known; freeing one that is not alive fails the test.
+class CountedIcons
+{
+public:
+    CountedIcons() { vak::win32::CurrentIconEntries() = {Get, Destroy}; }
+    ~CountedIcons() { vak::win32::CurrentIconEntries() = m_before; }
+    CountedIcons(const CountedIcons&) = delete;
+    CountedIcons& operator=(const CountedIcons&) = delete;
+
+    static inline std::set<HICON> s_alive;
+    static inline UINT s_flags = 0; ///< all that the shell was asked with
+
+private:
+    static DWORD_PTR WINAPI Get(LPCWSTR path, DWORD attributes, SHFILEINFOW* info, UINT size, UINT flags)
+    {
+        const DWORD_PTR found = SHGetFileInfoW(path, attributes, info, size, flags);
+        EXPECT_TRUE(s_alive.insert(info->hIcon).second);
+        s_flags |= flags;
+        return found;
+    }
+    static BOOL WINAPI Destroy(HICON icon)
+    {
+        EXPECT_EQ(s_alive.erase(icon), 1u);
+        return DestroyIcon(icon);
+    }
+
+    const vak::win32::IconEntries m_before = vak::win32::CurrentIconEntries();
+};
+
+/// The calling thread's apartment of COM, -1 when it has none.
+int Apartment()
+{
+    APTTYPE type{};
+    APTTYPEQUALIFIER qualifier{};
+    return CoGetApartmentType(&type, &qualifier) == S_OK ? static_cast<int>(type) : -1;
+}
 
 const CString kTarget = L"C:\\windows\\system32\\shell32.dll";
 
@@ -159,8 +220,8 @@ TEST(Shortcut, FreesEachIconOnceWhateverHappensToIt)
         EXPECT_TRUE(second.GetLinkIcon() && second.GetLinkIcon() != first.GetLinkIcon());
         const CShortcut& same = second = first;
         second = same;
-        EXPECT_EQ(CountedIcons::Alive(), 4);
-        EXPECT_EQ(CountedIcons::Flags(), UINT(SHGFI_ICON | SHGFI_SMALLICON));
+        EXPECT_EQ(CountedIcons::s_alive.size(), 4u);
+        EXPECT_EQ(CountedIcons::s_flags, UINT(SHGFI_ICON | SHGFI_SMALLICON));
         EXPECT_EQ(second.Init(folder.Path("none.lnk"), 1), 0);
 
         CShortcutsArray array;
@@ -172,11 +233,11 @@ TEST(Shortcut, FreesEachIconOnceWhateverHappensToIt)
         array.Copy(array);
         copies.RemoveAt(0, 1);
         EXPECT_TRUE(IsRefused([&] { copies.RemoveAt(0, 2); }));
-        EXPECT_EQ(CountedIcons::Alive(), 2 + 4 + 2);
+        EXPECT_EQ(CountedIcons::s_alive.size(), 2u + 4 + 2);
         array.RemoveAll();
         EXPECT_EQ(copies[0]->GetLinkPath(), kTarget);
     }
-    EXPECT_EQ(CountedIcons::Alive(), 0);
+    EXPECT_EQ(CountedIcons::s_alive.size(), 0u);
 }
 
 TEST(Shortcut, LeavesComAsItsCallerHasIt)
@@ -184,14 +245,14 @@ TEST(Shortcut, LeavesComAsItsCallerHasIt)
     const TempFolder folder;
     for (const DWORD model : {DWORD(COINIT_APARTMENTTHREADED), DWORD(COINIT_MULTITHREADED), ~DWORD(0)}) {
         const bool hasCom = model != ~DWORD(0) && SUCCEEDED(CoInitializeEx(nullptr, model));
-        const int before = vak::test::Apartment();
+        const int before = Apartment();
         CShortcut shortcut;
         EXPECT_TRUE(Create(folder.Path("a.lnk"), kTarget) && shortcut.Init(folder.Path("a.lnk"), 0));
         EXPECT_EQ(shortcut.Init(folder.Write("b.lnk", ShortcutTo("a")), 0), 0);
-        EXPECT_EQ(vak::test::Apartment(), before);
+        EXPECT_EQ(Apartment(), before);
         if (hasCom)
             CoUninitialize();
-        EXPECT_EQ(vak::test::Apartment(), -1) << model;
+        EXPECT_EQ(Apartment(), -1) << model;
     }
 }
 
