@@ -1,12 +1,9 @@
 // Strings, counts, lines, classes and objects from arbitrary bytes. What loads whole is stored, and what was
 // stored loads again and stores the same bytes.
-#include "framework/base/Archive.h"
-#include "framework/base/MemFile.h"
-#include "fuzz/support/Archived.h"
 #include "fuzz/support/Target.h"
+#include "tests/support/Archived.h"
 
 #include <set>
-#include <string>
 #include <vector>
 
 class FuzzNode : public CObject
@@ -49,24 +46,21 @@ namespace {
 
 std::string Store(const std::vector<FuzzNode*>& nodes)
 {
-    CMemFile file;
-    CArchive archive(&file, CArchive::store, 128);
-    for (const FuzzNode* node : nodes)
-        archive << node;
-    archive.Close();
-    std::string bytes(std::size_t(file.GetLength()), '\0');
-    file.SeekToBegin();
-    file.Read(bytes.data(), UINT(bytes.size()));
-    return bytes;
+    const auto write = [&](CArchive& archive) {
+        for (const FuzzNode* node : nodes)
+            archive << node;
+    };
+    return vak::test::Stored(write, 128);
 }
 
-std::vector<FuzzNode*> Load(std::string bytes, std::size_t count)
+std::vector<FuzzNode*> Load(const std::string& bytes, std::size_t count)
 {
-    CMemFile file(reinterpret_cast<BYTE*>(bytes.data()), UINT(bytes.size()));
-    CArchive archive(&file, CArchive::load, 128);
     std::vector<FuzzNode*> nodes(count);
-    for (FuzzNode*& node : nodes)
-        archive >> node;
+    const auto read = [&](CArchive& archive) {
+        for (FuzzNode*& node : nodes)
+            archive >> node;
+    };
+    vak::test::Load(bytes, read, 128);
     return nodes;
 }
 
@@ -112,17 +106,19 @@ void RunArchiveObjects(const std::uint8_t* data, std::size_t size)
 {
     if (size == 0)
         return;
-    std::vector<BYTE> bytes(data + 1, data + size);
-    CMemFile known(bytes.data(), UINT(bytes.size()));
-    vak::fuzz::LengthlessFile unknown(bytes.data(), UINT(bytes.size()));
-    CArchive archive((data[0] & 1) != 0 ? &unknown : &known, CArchive::load, (data[0] & 2) != 0 ? 128 : 4096);
+    const std::string bytes(data + 1, data + size);
+    const int bufferSize = (data[0] & 2) != 0 ? 128 : 4096;
     std::vector<FuzzNode*> nodes;
-    try {
+    const auto readOn = [&](CArchive& archive) {
         for (;;)
             ReadNext(archive, nodes);
-    } catch (CArchiveException* exception) {
-        exception->Delete();
-    }
+    };
+    vak::test::IsRefused<CArchiveException>([&] {
+        if ((data[0] & 1) != 0)
+            vak::test::Load<vak::test::LengthlessFile>(bytes, readOn, bufferSize);
+        else
+            vak::test::Load(bytes, readOn, bufferSize);
+    });
     const std::string stored = Store(nodes);
     vak::fuzz::Require(Store(Load(stored, nodes.size())) == stored);
     while (!FuzzNode::alive.empty())

@@ -2,8 +2,8 @@
 // stores the same bytes; what does not load leaves an empty array that can be used.
 #include "core/ElementArray.h"
 #include "core/IntArrayID.h"
-#include "fuzz/support/Archived.h"
 #include "fuzz/support/Target.h"
+#include "tests/support/Archived.h"
 
 #include <cstring>
 #include <vector>
@@ -73,11 +73,12 @@ void RunArray(const std::string& bytes, int room)
 {
     Array array, again;
     array.SetSize(room);
-    if (vak::fuzz::IsLoaded<CArchiveException, File>(array, bytes)) {
-        const std::string stored = vak::fuzz::Stored(array);
+    if (vak::test::IsLoaded<CArchiveException, File>(array, bytes)) {
+        const std::string stored = vak::test::StoredBytes(array);
         // Elements of another size need the room that the array happened to have.
         again.SetSize(room);
-        Require(vak::fuzz::IsLoaded<CArchiveException>(again, stored) && vak::fuzz::Stored(again) == stored);
+        Require(vak::test::IsLoaded<CArchiveException>(again, stored) &&
+                vak::test::StoredBytes(again) == stored);
         again.Use();
     } else {
         Require(array.GetSize() == 0);
@@ -89,8 +90,8 @@ void Run(const std::uint8_t* data, std::size_t size)
 {
     // The first byte chooses the array, whether the file knows its length, and the room that the array has.
     constexpr void (*kRuns[])(const std::string&, int) = {RunArray<Bytes, CMemFile>, RunArray<Ints, CMemFile>,
-                                                          RunArray<Bytes, vak::fuzz::LengthlessFile>,
-                                                          RunArray<Ints, vak::fuzz::LengthlessFile>};
+                                                          RunArray<Bytes, vak::test::LengthlessFile>,
+                                                          RunArray<Ints, vak::test::LengthlessFile>};
     if (size != 0)
         kRuns[data[0] & 3](std::string(data + 1, data + size), data[0] >> 2);
 }

@@ -1,9 +1,7 @@
 #include "core/CustomData.h"
-#include "framework/base/Archive.h"
-#include "framework/base/Exception.h"
-#include "framework/base/MemFile.h"
 #include "framework/base/StringArray.h"
 #include "fuzz/support/Target.h"
+#include "tests/support/Archived.h"
 
 #include <vector>
 
@@ -11,18 +9,11 @@ using vak::fuzz::Require;
 
 namespace {
 
-bool Load(CCustomData& store, CFile& file)
+struct OpenStore : CCustomData
 {
-    CArchive archive(&file, CArchive::load | CArchive::bNoFlushOnDelete);
-    try {
-        store.Serialize(archive);
-        return true;
-    } catch (CException* e) {
-        e->Delete();
-    }
-    Require(!store.HasData());
-    return false;
-}
+    using CCustomData::m_stringMode;
+    using CCustomData::SetCustom;
+};
 
 /// Reads a value in every way; nested stores are opened no deeper than `depth`.
 void ReadEveryWay(const CCustomData& store, unsigned int id, int depth)
@@ -49,38 +40,25 @@ void ReadEveryWay(const CCustomData& store, unsigned int id, int depth)
 void Run(const std::uint8_t* data, std::size_t size)
 {
     // The first byte chooses between the archive forms, a nested store (raw, or a chain) and an image.
-    const std::vector<BYTE> bytes(data + (size != 0), data + size);
+    const int way = size == 0 ? 0 : data[0] % 4;
+    const std::vector<char> bytes(data + (size != 0), data + size);
     const unsigned int length = static_cast<unsigned int>(bytes.size());
     CCustomData store;
-    if (size == 0 || data[0] % 4 == 0) {
-        CMemFile file(const_cast<BYTE*>(bytes.data()), length);
-        Load(store, file);
-    } else if (data[0] % 4 == 1) {
-        CCustomData outer;
-        outer.SetBinary(1, bytes.data(), length);
-        outer.GetCustomData(1, store);
-    } else if (data[0] % 4 == 2) {
+    if (way == 0) {
+        Require(vak::test::IsLoaded<CException>(store, {bytes.data(), bytes.size()}) || !store.HasData());
+    } else if (way == 2) {
         store.SetData(bytes.data(), length);
     } else {
-        struct Untyped : CCustomData
-        {
-            using CCustomData::m_stringMode;
-            using CCustomData::SetCustom;
-        } outer;
-        outer.SetCustom(1, bytes.data(), length, vak::kind::Untyped);
-        outer.m_stringMode = 2;
+        OpenStore outer;
+        outer.SetCustom(1, bytes.data(), length, way == 1 ? vak::kind::Binary : vak::kind::Untyped);
+        outer.m_stringMode = way == 1 ? outer.m_stringMode : 2;
         outer.GetCustomData(1, store);
     }
     for (unsigned int id = 0; id < 8; ++id)
         ReadEveryWay(store, id, 2);
 
-    CMemFile stored;
-    CArchive archive(&stored, CArchive::store);
-    store.Serialize(archive);
-    archive.Close();
-    stored.SeekToBegin();
     CCustomData again;
-    Require(Load(again, stored));
+    Require(vak::test::IsLoaded<CException>(again, vak::test::StoredBytes(store)));
     unsigned int imageSize = 0;
     store.GetData(imageSize);
     unsigned int sizeAgain = 0;

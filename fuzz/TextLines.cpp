@@ -4,7 +4,6 @@
 #include "fuzz/support/Target.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <random>
 #include <string>
@@ -17,16 +16,11 @@
 
 namespace {
 
+using vak::fuzz::Require;
 using Lines = std::vector<CString>;
 
 constexpr UINT kCodePages[] = {1252, 65001, 932, 437};
 constexpr size_t kPiece = 4095;
-
-void Require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 const CString& Path()
 {

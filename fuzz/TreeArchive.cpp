@@ -1,8 +1,8 @@
 // Trees from arbitrary bytes. What is refused leaves the tree empty and no node behind; what is read is
 // walked, copied and stored, and reads back to the same bytes.
 #include "core/Tree.h"
-#include "fuzz/support/Archived.h"
 #include "fuzz/support/Target.h"
+#include "tests/support/Archived.h"
 
 #include <algorithm>
 
@@ -49,9 +49,9 @@ struct Counter : TreeTraversalCallback
 
 void Use(FuzzTree& tree)
 {
-    const std::string stored = vak::fuzz::Stored(tree);
+    const std::string stored = vak::test::StoredBytes(tree);
     FuzzTree again;
-    Require(vak::fuzz::IsLoaded<CException>(again, stored) && vak::fuzz::Stored(again) == stored);
+    Require(vak::test::IsLoaded<CException>(again, stored) && vak::test::StoredBytes(again) == stored);
     Counter counter(&tree);
     tree.DoTraversal(nullptr, TreeTraversalBelow, &counter);
     Require(counter.m_open == 0 && counter.m_entered == tree.GetChildNbr(nullptr, 0));
@@ -65,7 +65,7 @@ void Run(const std::uint8_t* data, std::size_t size)
     constexpr std::size_t kLongest = 1 << 16;
     {
         FuzzTree tree;
-        if (vak::fuzz::IsLoaded<CException>(tree, std::string(data, data + std::min(size, kLongest))))
+        if (vak::test::IsLoaded<CException>(tree, std::string(data, data + std::min(size, kLongest))))
             Use(tree);
         else
             Require(tree.IsEmpty() && tree.GetRoot() != nullptr &&

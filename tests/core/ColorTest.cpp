@@ -31,16 +31,16 @@ CRGBColor Changed(CRGBColor color, void (CRGBColor::*change)(Values...), Argumen
 
 TEST(ColorTest, FloatsAreTruncatedAndKeepTheirLowByte)
 {
-    const double values[] = {127.9,       255.99,     256,         300.5,        -0.9,  -1.9,      -300,
-                             -2147483649, 4294967424, 10000000007, -10000000007, 1e300, kInfinity, kNaN};
-    const int bytes[] = {127, 255, 0, 44, 0, 255, 212, 255, 128, 7, 249, 0, 0, 0};
-    for (std::size_t i = 0; i < std::size(values); ++i) {
-        const double channels[] = {values[i], values[i] / 2, 0, values[i]};
+    const std::pair<double, int> rows[] = {
+        {255.99, 255},     {300.5, 44},         {-0.9, 0},  {-1.9, 255},    {-2147483649, 255},
+        {4294967424, 128}, {-10000000007, 249}, {1e300, 0}, {kInfinity, 0}, {kNaN, 0}};
+    for (const auto& [value, byte] : rows) {
+        const double channels[] = {value, value / 2, 0, value};
         CRGBColor color;
         color.SetColor4(channels, 1);
-        EXPECT_EQ(color.a, bytes[i]) << values[i];
+        EXPECT_EQ(color.a, byte) << value;
         color.SetColor3(channels, 2);
-        EXPECT_EQ(color.g, bytes[i]) << values[i];
+        EXPECT_EQ(color.g, byte) << value;
     }
 }
 
@@ -52,8 +52,6 @@ TEST(ColorTest, FormsAndChangesGiveTheirChannelsAndAlpha)
     CRGBColor twice = color;
     const std::pair<CRGBColor, const char*> rows[] = {
         {CRGBColor(), "0 0 0 255"},
-        {CRGBColor(1, 2, 3), "1 2 3 255"},
-        {CRGBColor(b[0], b[1], b[2], b[3]), "10 20 200 40"},
         {Changed<float, float, float, float>(red, &CRGBColor::SetColor, 1.0f, 2.0f, 3.0f, 4.0f),
          "4 8 12 255"},
         {CRGBColor(3e38f, -kInfinity, 0.5f, kNaN, 255), "0 0 127 0"},
@@ -63,14 +61,12 @@ TEST(ColorTest, FormsAndChangesGiveTheirChannelsAndAlpha)
         {Changed<const float*, float>(red, &CRGBColor::SetColor3, f, 3.0f), "3 6 9 9"},
         {CRGBColor(200, 100, 50) + CRGBColor(100, 200, 250), "44 44 44 255"},
         {color - CRGBColor(20, 20, 1), "246 0 199 255"},
-        {color * 1.5, "15 30 44 255"},
         {color * -1.0f, "246 236 56 255"},
         {twice *= 2, "20 40 144 80"},
         {Changed(red, &CRGBColor::SetHue, 1 / 3.0f), "0 255 0 9"},
         {Changed(red, &CRGBColor::SetSaturation, 0.5f), "255 127 127 9"},
         {Changed(red, &CRGBColor::SetLuminance, 0.5f), "127 0 0 9"},
         {Changed(red, &CRGBColor::Darken, 0.25f), "191 0 0 9"},
-        {Changed(red, &CRGBColor::Darken, 1.0f), "0 0 0 9"},
         {Changed(white, &CRGBColor::Lighten, 0.5f), "255 255 255 8"}};
     for (const auto& [given, text] : rows)
         EXPECT_EQ(Text(given), text);

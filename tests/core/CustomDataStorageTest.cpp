@@ -132,8 +132,6 @@ TEST(CustomDataStorageTest, WritesAndReadsTheDocumentedBytes)
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pointer), 0x1122334455667788u);
     CString text;
     EXPECT_TRUE(store.GetString(12, text, L"") && text == L"é€");
-    EXPECT_EQ(store.GetPtr(11, pointer), 0);
-    EXPECT_EQ(pointer, nullptr);
 }
 
 TEST(CustomDataStorageTest, GivesDerivedClassesTheRawAndTheOldestForm)
@@ -193,9 +191,7 @@ TEST(CustomDataStorageTest, RefusesDamagedBytesAndIsEmptyThen)
     const std::tuple<const char*, std::string, const char*> cases[] = {
         {"no magic", "4SU", "end"},
         {"another magic", Changed(good, 0, '5'), "damaged"},
-        {"no length", "4SUC\1", "end"},
         {"a length beyond the file", good.substr(0, good.size() - 1), "damaged"},
-        {"a huge length", std::string("4SUC\xFF\xFF\xFF\xFF", 8) + good.substr(8), "damaged"},
         {"one entry too few", Changed(good, 12, 14), "damaged"},
         {"a billion entries", Changed(good, 15, 0x40), "damaged"},
         {"a total that is not the sum", Changed(good, 16, good[16] + 1), "damaged"},

@@ -71,33 +71,8 @@ TEST(IntArrayIDTest, StoredBytesAreTheCountAndTheNumbers)
     array.Add(-2);
     array.Add(0x12345678);
     EXPECT_EQ(StoredBytes(array), Hex("02 00 FEFFFFFF 78563412"));
-    for (int i = 0; i < large.GetSize(); ++i)
-        large[i] = i;
-    const std::string bytes = StoredBytes(large);
-    EXPECT_EQ(bytes.substr(0, 14), Hex("FFFF 400D0300 00000000 01000000"));
-    EXPECT_EQ(ReadCause(array, bytes), -1);
-    EXPECT_EQ(ReadCause<vak::test::LengthlessFile>(array, bytes), -1) << "into the room it has";
-    EXPECT_EQ(StoredBytes(array), bytes);
-}
-
-TEST(IntArrayIDTest, ABadArchiveLeavesTheArrayEmpty)
-{
-    constexpr int kEnd = CArchiveException::endOfFile, kLength = CArchiveException::badIndex;
-    const struct
-    {
-        std::string bytes;
-        int known, unknown;
-    } rows[] = {{"", kEnd, kEnd},
-                {Hex("08 00") + std::string(31, 'x'), kEnd, kEnd},
-                {Hex("FFFF 00000080"), kEnd, kLength},
-                {Hex("FFFF FFFFFFFF FFFFFFFFFFFFFFFF"), kEnd, kEnd},
-                {Hex("08 00") + std::string(32, 'x'), -1, -1}};
-    for (const auto& row : rows) {
-        OpenArray known(3, 1), unknown(3, 1);
-        EXPECT_EQ(ReadCause(known, row.bytes), row.known);
-        EXPECT_EQ(ReadCause<vak::test::LengthlessFile>(unknown, row.bytes), row.unknown);
-        EXPECT_EQ(known.GetSize(), row.known < 0 ? 8 : 0);
-        EXPECT_EQ(StoredBytes(unknown), StoredBytes(known));
-        EXPECT_EQ(unknown.Room(), known.Room());
-    }
+    large[1] = 1;
+    EXPECT_EQ(StoredBytes(large).substr(0, 14), Hex("FFFF 400D0300 00000000 01000000"));
+    EXPECT_EQ(ReadCause<vak::test::LengthlessFile>(array, StoredBytes(large)), -1) << "into the room it has";
+    EXPECT_EQ(StoredBytes(array), StoredBytes(large));
 }

@@ -1,40 +1,13 @@
 #pragma once
 
-#include "framework/base/Archive.h"
-#include "framework/base/MemFile.h"
+#include "tests/support/Archived.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
-#include <string>
-#include <string_view>
 
 namespace vak::test {
-
-/// The bytes that `write(archive)` stores.
-template <class Write>
-std::string Stored(Write write, int bufferSize = 4096)
-{
-    CMemFile file;
-    CArchive archive(&file, CArchive::store, bufferSize);
-    write(archive);
-    archive.Close();
-    std::string bytes(std::size_t(file.GetLength()), '\0');
-    file.SeekToBegin();
-    file.Read(bytes.data(), UINT(bytes.size()));
-    return bytes;
-}
-
-/// Lets `read(archive)` load from `bytes`.
-template <class Read>
-void Load(std::string_view bytes, Read read, int bufferSize = 4096)
-{
-    std::string copy(bytes);
-    CMemFile file(reinterpret_cast<BYTE*>(copy.data()), UINT(copy.size()));
-    CArchive archive(&file, CArchive::load, bufferSize);
-    read(archive);
-}
 
 /// The cause of the exception of class Thrown that `act()` throws, -1 when it throws none.
 template <class Thrown, class Act>
@@ -56,19 +29,6 @@ int ArchiveCause(Act act)
     return Cause<CArchiveException>(act);
 }
 
-/// True when `act()` throws an exception of class Thrown.
-template <class Thrown = CInvalidArgException, class Act>
-bool IsRefused(Act act)
-{
-    try {
-        act();
-    } catch (Thrown* exception) {
-        exception->Delete();
-        return true;
-    }
-    return false;
-}
-
 /// The cause that ends reading from `bytes`.
 template <class Read>
 int LoadCause(std::string_view bytes, Read read)
@@ -76,28 +36,12 @@ int LoadCause(std::string_view bytes, Read read)
     return ArchiveCause([&] { Load(bytes, read); });
 }
 
-/// The bytes of a pipe: what they are, but not how many nor which.
-class LengthlessFile : public CMemFile
-{
-public:
-    using CMemFile::CMemFile;
-    ULONGLONG GetLength() const override { AfxThrowNotSupportedException(); }
-    ULONGLONG GetPosition() const override { AfxThrowNotSupportedException(); }
-};
-
 /// How reading `object` from a File of the bytes ends: -1 when it does, else the archive's cause.
 template <class File = CMemFile, class Object>
-int ReadCause(Object& object, std::string bytes)
+int ReadCause(Object& object, std::string_view bytes)
 {
-    File file(reinterpret_cast<BYTE*>(bytes.data()), UINT(bytes.size()));
-    CArchive archive(&file, CArchive::load, 128);
-    return ArchiveCause([&] { object.Serialize(archive); });
-}
-
-template <class Object>
-std::string StoredBytes(Object& object, int bufferSize = 128)
-{
-    return Stored([&](CArchive& archive) { object.Serialize(archive); }, bufferSize);
+    const auto read = [&](CArchive& archive) { object.Serialize(archive); };
+    return ArchiveCause([&] { Load<File>(bytes, read, 128); });
 }
 
 /// "0A ff" as bytes; blanks are skipped.
