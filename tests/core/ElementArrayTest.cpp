@@ -1,5 +1,5 @@
 #include "core/ElementArray.h"
-#include "tests/core/ArrayModel.h"
+#include "tests/support/ArrayModel.h"
 #include "tests/support/Slots.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "core/IntArrayID.h"
-#include "tests/core/ArrayModel.h"
+#include "tests/support/ArrayModel.h"
 
 #include <algorithm>
 #include <climits>

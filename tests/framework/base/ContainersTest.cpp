@@ -3,10 +3,8 @@
 #include "framework/base/StringArray.h"
 #include "framework/base/StringList.h"
 
-#include "tests/support/ArchiveBytes.h"
+#include "tests/support/ArrayModel.h"
 #include "tests/support/Print.h"
-
-#include <gtest/gtest.h>
 
 #include <list>
 #include <random>
@@ -37,26 +35,9 @@ std::string Bytes(CObject& from)
 
 } // namespace
 
-TEST(Array, GrowsCutsAndInsertsAsAsked)
+TEST(Array, BehavesLikeAVectorUnderARandomStream)
 {
-    CStringArray array;
-    EXPECT_EQ(array.Add(L"a"), 0);
-    EXPECT_EQ(array.Add(L"b"), 1);
-    array.SetAtGrow(3, L"d");
-    EXPECT_EQ(Joined(array), L"a b  d ");
-    array.InsertAt(1, L"x", 2);
-    EXPECT_EQ(Joined(array), L"a x x b  d ");
-    array.InsertAt(7, L"z");
-    EXPECT_EQ(array.GetCount(), 8) << "behind the end the gap is filled";
-    array.RemoveAt(4, 4);
-    array.RemoveAt(1);
-    array[0] = L"A";
-    EXPECT_EQ(Joined(array), L"A x b ");
-    CStringArray other;
-    other.Copy(array);
-    EXPECT_EQ(other.Append(array), 3);
-    other.InsertAt(1, &array);
-    EXPECT_EQ(Joined(other), L"A A x b x b A x b ");
+    vak::test::ArrayModel<CArray<int, int>>().Run(2000);
 }
 
 TEST(Array, ArgumentsMayBeItsOwnElements)
