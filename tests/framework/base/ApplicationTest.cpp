@@ -2,15 +2,12 @@
 #include "framework/base/StringTable.h"
 #include "framework/base/SystemMessage.h"
 #include "resources/Ids.h"
-#include "tests/support/MessageRecorder.h"
 #include "tests/support/Print.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <utility>
-
-using vak::test::MessageRecorder;
 
 TEST(Application, TheNewestIsCurrentInWhateverOrderTheyEnd)
 {
@@ -25,22 +22,6 @@ TEST(Application, TheNewestIsCurrentInWhateverOrderTheyEnd)
     EXPECT_EQ(CString(AfxGetAppName()), CString(L"premier"));
     first.reset();
     EXPECT_EQ(AfxGetApp(), before);
-}
-
-TEST(Application, BoxesAndWaitCursorsGoThroughIt)
-{
-    MessageRecorder recorder{IDNO};
-    {
-        CWaitCursor outer;
-        CWaitCursor inner;
-        inner.Restore();
-        EXPECT_EQ(recorder.WaitCursorsOpen(), 2);
-    }
-    EXPECT_EQ(recorder.WaitCursorsOpen(), 0);
-    EXPECT_EQ(AfxMessageBox(IDS_NOT_SUPPORTED, MB_YESNO), IDNO);
-    ASSERT_EQ(recorder.Boxes().size(), 1u);
-    EXPECT_EQ(recorder.Boxes()[0].text, CString(L"Cette opération n'est pas prise en charge."));
-    EXPECT_EQ(recorder.Boxes()[0].helpId, UINT(IDS_NOT_SUPPORTED));
 }
 
 TEST(Application, AnUnattendedBoxGetsItsDefaultButton)

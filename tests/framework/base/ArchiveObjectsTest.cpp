@@ -105,15 +105,6 @@ int NodeCause(const std::string& bytes)
 
 } // namespace
 
-TEST(RuntimeClass, KnowsItsBasesAndCreatesByName)
-{
-    const std::unique_ptr<CObject> leaf(CRuntimeClass::CreateObject("TestLeaf"));
-    EXPECT_TRUE(leaf->IsKindOf(RUNTIME_CLASS(TestLeaf)) && leaf->IsKindOf(RUNTIME_CLASS(CObject)));
-    EXPECT_FALSE(RUNTIME_CLASS(TestNode)->IsDerivedFrom(RUNTIME_CLASS(TestLeaf)));
-    EXPECT_EQ(RUNTIME_CLASS(CObject)->CreateObject(), nullptr);
-    EXPECT_EQ(CRuntimeClass::FromName("testnode"), nullptr);
-}
-
 TEST(RuntimeClass, OfOneNameTheLatestAnswersUntilItsModuleGoes)
 {
     CRuntimeClass plugin = *RUNTIME_CLASS(TestNode);

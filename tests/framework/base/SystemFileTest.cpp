@@ -8,8 +8,6 @@
 #include "tests/support/Print.h"
 #include "tests/support/TempFolder.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <utility>
 #include <vector>

@@ -56,14 +56,4 @@ TEST(Time, LocalComponentsComeBack)
     EXPECT_THROW(CTime(2003, 13, 1, 0, 0, 0), CInvalidArgException*);
 }
 
-TEST(TimeSpan, PartsAddUpAndKeepTheSign)
-{
-    const CTimeSpan span(2, 3, 4, 5);
-    EXPECT_EQ(span.GetTotalSeconds(), 183845);
-    EXPECT_EQ(span.GetTotalHours(), 51);
-    EXPECT_EQ(CTimeSpan(-183845).GetSeconds(), -5);
-    const CTime start(std::int64_t{1000});
-    EXPECT_EQ(start + span - start, span);
-}
-
 } // namespace

@@ -7,8 +7,6 @@
 #include "tests/support/Print.h"
 #include "tests/support/TempFolder.h"
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <tuple>
 
