@@ -5,9 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <iterator>
+
+using vak::test::InOrder;
+using vak::test::SlotOf;
 
 namespace {
 
@@ -17,10 +18,8 @@ struct OpenFileIo : CFileIo
 
     bool IsInOrder() const
     {
-        const void* const members[] = {&m_alternativeClass, &m_customData, &m_fileInfo,
-                                       &m_alternativeInfo,  &m_flags,      &m_ioError,
-                                       &m_ioErrorText,      &m_parser,     &m_parentWnd};
-        return std::is_sorted(std::begin(members), std::end(members));
+        return InOrder({&m_alternativeClass, &m_customData, &m_fileInfo, &m_alternativeInfo, &m_flags,
+                        &m_ioError, &m_ioErrorText, &m_parser, &m_parentWnd});
     }
 };
 
@@ -36,12 +35,9 @@ TEST(FileLayout, StaysWherePluginsThatAreInUseExpectIt)
     EXPECT_EQ(offsetof(CFileExt, m_saver), kCodes + 12);
     EXPECT_EQ(offsetof(CFileExt, m_initCallback), kCodes + 16);
     EXPECT_TRUE(OpenFileIo(CFileNameSpec(L"a"), 0, nullptr).IsInOrder());
-    EXPECT_EQ(vak::test::SlotOf(&CFileIo::CloseParser), 2u);
-    EXPECT_EQ(vak::test::SlotOf(&CFileIo::InitParser), 3u);
+    EXPECT_EQ(SlotOf(&CFileIo::CloseParser), 2u);
+    EXPECT_EQ(SlotOf(&CFileIo::InitParser), 3u);
     const BatchInfo b;
-    const void* const members[] = {
-        &b.m_srcMode,       &b.m_dstMode,     &b.m_srcFolder, &b.m_dstFolder,  &b.m_recreateFolderTree,
-        &b.m_recurseFolder, &b.m_albumFolder, &b.m_selFiles,  &b.m_albumFiles, &b.m_flags,
-    };
-    EXPECT_TRUE(std::is_sorted(std::begin(members), std::end(members)));
+    EXPECT_TRUE(InOrder({&b.m_srcMode, &b.m_dstMode, &b.m_srcFolder, &b.m_dstFolder, &b.m_recreateFolderTree,
+                         &b.m_recurseFolder, &b.m_albumFolder, &b.m_selFiles, &b.m_albumFiles, &b.m_flags}));
 }

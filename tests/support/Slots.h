@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <initializer_list>
 
 namespace vak::test {
 
@@ -13,6 +15,12 @@ std::size_t SlotOf(Member member)
     static_assert(sizeof(member) == sizeof(words));
     std::memcpy(words, &member, sizeof(words));
     return (words[0] - 1) / sizeof(void*);
+}
+
+/// Whether members lie one behind the other.
+inline bool InOrder(std::initializer_list<const void*> members)
+{
+    return std::is_sorted(members.begin(), members.end());
 }
 
 } // namespace vak::test

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "framework/base/Time.h"
 #include "tags/Tags.h"
 
 namespace vak::test {
@@ -14,7 +13,7 @@ inline const CTags& ConditionalTags()
     return tags;
 }
 
-/// A callback that has a value of every kind; texts and paths are the tag's data.
+/// A callback that has a value for texts, paths and truth; texts and paths are the tag's data.
 inline int GiveValue(CTagInfo& tag, CTagValue& value, _TAGDATA_INFO)
 {
     const auto* text = static_cast<const wchar_t*>(tag.GetCallbackData());
@@ -25,17 +24,8 @@ inline int GiveValue(CTagInfo& tag, CTagValue& value, _TAGDATA_INFO)
     case TAGDATA_FILENAME:
         value.SetFilename(text);
         break;
-    case TAGDATA_DATE:
-        value.SetDate(CTime(2003, 9, 1, 10, 0, 0));
-        break;
-    case TAGDATA_FILESIZE:
-        value.SetFileSize(1536);
-        break;
     case TAGDATA_BOOL:
         value.SetBool(1);
-        break;
-    case TAGDATA_COLOR:
-        value.SetColor(0x030201);
         break;
     default:
         return 0;

@@ -94,21 +94,12 @@ TEST(TagParameters, TakeLinearTimeHoweverDeepTheyNest)
     }
 }
 
-TEST(TagParameters, StandInTheOrderOfTheirMenuWithKindFlagsAndNames)
+TEST(TagParameters, AreFoundByTheirNamesAndHaveTextsInBothLanguages)
 {
-    CString rows;
     for (const vak::detail::TagParameter& row : vak::detail::TagParameters()) {
-        rows.AppendFormat(L"%s:%x>%x %s ", row.name, row.appliesTo, row.yieldWord,
-                          LoadedText(row.exampleId).GetString());
         EXPECT_EQ(vak::detail::FindTagParameter(row.name), &row);
         EXPECT_FALSE(LoadedText(row.friendlyNameId).IsEmpty());
     }
-    EXPECT_EQ(rows, CString(L"fullpath:1001>2001001 (C:\\tmp\\example.jpg) ext:1001>2001001 (.jpg) "
-                            L"kind:1001>3000001 (jpg file) path:1001>2001001 (C:\\tmp\\) size:1001>2008002  "
-                            L"shortname:1001>2001001 (example) name:1001>2001001 (example.jpg) "
-                            L"topdir:1001>2001001 (tmp) root:1001>2001001 (C:\\) createdate:1001>4000008  "
-                            L"lastwritedate:1001>4000008  d:8>2000001  h:8>2000001  d+h:8>2000001  "
-                            L"d+t:8>2000001  d+h+t:8>2000001  "));
     EXPECT_EQ(InBoth([] { return LoadedText(vak::detail::TagParameters().back().friendlyNameId); }),
               CString(L"Date et heure (format : Lundi 1er Septembre 2003 10:00) | "
                       L"Date and time (format: Monday 2 September 2003 10:00)"));

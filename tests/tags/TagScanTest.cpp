@@ -1,6 +1,5 @@
 #include "tests/support/Print.h"
 #include "tests/support/TagEngine.h"
-#include "tests/support/TagTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -19,10 +18,6 @@ CTags SomeTags()
     Insert(tags, L"<name>", TAGDATA_TEXT, 'NAME', L"Jo");
     Insert(tags, L"<\x00C9t\x00C9>", TAGDATA_TEXT, 'SUMM', L"\x2600");
     Insert(tags, L"<file>", TAGDATA_FILENAME, 'FILE', L"C:\\tmp\\Example.JPG");
-    Insert(tags, L"<when>", TAGDATA_DATE, 'WHEN');
-    Insert(tags, L"<bytes>", TAGDATA_FILESIZE, 'SIZE');
-    Insert(tags, L"<true>", TAGDATA_BOOL, 'TRUE');
-    Insert(tags, L"<color>", TAGDATA_COLOR, 'COLO');
     Insert(tags, L"<none>", TAGDATA_NONE, 'NONE');
     Insert(tags, L"<fourteen-units>", TAGDATA_TEXT, 'FOUR', L"14");
     Insert(tags, L"<fifteen---units>", TAGDATA_TEXT, 'FIFT', L"15");
@@ -73,17 +68,6 @@ TEST(TagScan, StopsAtEachTagAndEndsOnce)
         EXPECT_EQ(out + info.GetTagName() + info.GetParameters(), L":a<bc");
         EXPECT_EQ(info.GetTagID(), 0u);
     }
-}
-
-TEST(TagScan, ExpandsReportsInBothLanguages)
-{
-    CTags tags = SomeTags();
-    const CString report = L"<Bytes>, <When(D+T)>, <when>\r\n<TRUE> / <Color> / <when(d+h+t)>";
-    EXPECT_EQ(vak::test::InBoth([&] { return Expand(tags, report); }),
-              L"1,50 Ko, Lundi 1er Septembre 2003, 01/09/2003 10:00\r\n"
-              L"Vrai / R :  1  V : 2  B : 3 / Lundi 1er Septembre 2003 10:00 | "
-              L"1.50 KB, Monday 1 September 2003, 01/09/2003 10:00\r\n"
-              L"True / R :  1  G : 2  B : 3 / Monday 1 September 2003 10:00");
 }
 
 TEST(TagScan, TakesLinearTimeWhateverTheBrackets)

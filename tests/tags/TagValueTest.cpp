@@ -3,12 +3,10 @@
 #include "resources/Ids.h"
 #include "tags/TagInfo.h"
 #include "tests/support/Print.h"
+#include "tests/support/Slots.h"
 #include "tests/support/TagTexts.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstring>
 
 using namespace std::string_view_literals;
 using namespace vak::test;
@@ -16,11 +14,6 @@ using namespace vak::test;
 namespace {
 
 constexpr unsigned int kItem = 7;
-
-bool InOrder(std::initializer_list<const void*> members)
-{
-    return std::is_sorted(members.begin(), members.end());
-}
 
 struct OpenValue : CTagValue
 {
@@ -42,10 +35,7 @@ std::string_view BytesOf(const CCustomData& data)
 TEST(TagValue, KeepsItsMembersAndSlotsWhereOthersExpectThem)
 {
     EXPECT_TRUE(OpenValue().IsInOrder() && sizeof(CTagValue) == 80);
-    const auto member = &OpenValue::HandleParameters;
-    std::size_t words[2];
-    std::memcpy(words, &member, sizeof words);
-    EXPECT_EQ((words[0] - 1) / sizeof(void*), 2u) << "behind the two slots of the destructor";
+    EXPECT_EQ(SlotOf(&OpenValue::HandleParameters), 2u) << "behind the two slots of the destructor";
     EXPECT_EQ(OpenValue().HandleParametersAndConvertToType(TAGDATA_NONE, L"(ext)"), 1);
     const CTagInfo tag;
     EXPECT_TRUE(InOrder({&tag, &tag.m_tagId, &tag.m_tagClass, &tag.m_tagName, &tag.m_dataType, &tag.m_flags,

@@ -64,15 +64,10 @@ TEST_F(InsertTagMenu, ReturnsTheTagStringOfEveryCommand)
     // the two entries for all tags.
     constexpr const wchar_t* kRows[][2] = {
         {L"DE", L""},
-        {L"DDRE", L"<tagifexist>"},
         {L"DDRDE", L"<tagendifexist>"},
         {L"DDDRE", L"<day(d)>"},
-        {L"DDDRDE", L"<day(d+t)>"},
-        {L"DDDRDDE", L"<day(d+h)>"},
-        {L"DDDRDDDE", L"<day(d+h+t)>"},
         {L"DDDRDDDDE", L"<day(h)>"},
         {L"DDDDE", L"<it>"},
-        {L"DDDDDE", L"<alltags>"},
         {L"DDDDDDE", L"<allwritabletags>"},
     };
     for (const auto& [keys, tag] : kRows) {
