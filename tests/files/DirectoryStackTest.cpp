@@ -1,6 +1,5 @@
 #include "files/DirectoryStack.h"
 
-#include "files/CurrentDir.h"
 #include "framework/base/Exception.h"
 #include "tests/support/Print.h"
 #include "tests/support/TempFolder.h"
@@ -24,13 +23,4 @@ TEST(DirectoryStack, GivesBackWhatWasCurrent)
     }
     EXPECT_EQ(start, fileGetCurrentDirectory());
     EXPECT_THROW(filePopCurrentDirectory(), CInvalidArgException*); // a static object
-}
-
-TEST(CurrentDir, RemembersOneDirectoryForEachKind)
-{
-    constexpr auto kOpened = static_cast<DirectoryType>(7);
-    CCurrentDir directories;
-    EXPECT_EQ(CString(), directories.SetDirectory(L"C:\\a\\", kOpened));
-    EXPECT_EQ(CString(L"C:\\a\\"), directories.SetDirectory(L"C:\\c\\", kOpened));
-    EXPECT_EQ(CString(), directories.GetDirectory(L"", static_cast<DirectoryType>(0x80000007)));
 }

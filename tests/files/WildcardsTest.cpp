@@ -26,10 +26,8 @@ TEST(Wildcards, MatchAsWorkedOutByHand)
     const std::tuple<LPCWSTR, LPCWSTR, int> rows[] = {
         {L"abc", L"*c", 1},
         {L"abc", L"a?c", 1},
-        {L"abc", L"abc**", 1},
         {L"", L"**", 1},
         {L"", L"?", 0},
-        {L"a", L"[a]", 0},
         // Before the first star only Latin-1 folds: \u00c9 is in it, \u0152 and \u0178 are not.
         {L"\u00c9t\u00e9", L"\u00e9T\u00c9", 1},
         {L"\u0152uf", L"\u0153*", 0},
