@@ -212,7 +212,7 @@ TEST_F(TextFile, EveryWayOfReadingAndWritingGoesOnWhereTheLastOneStopped)
     EXPECT_EQ(file.FScanfS(L"%d", &number), 1);
     EXPECT_EQ(file.GetPosition(), 5u);
     EXPECT_EQ(std::fgetc(file.m_pStream), ' ');
-    file.SkipLines(1);
+    file.SkipLines(1, 1);
     file.Seek(0, CFile::current);
     file.WriteString(L"_");
     EXPECT_EQ(file.FScanfS(L"%d", &number), 1);
