@@ -1,51 +1,39 @@
 #include "core/CustomData.h"
+#include "files/FileNames.h"
+#include "files/FileSystem.h"
+#include "framework/base/File.h"
 #include "fuzz/support/Target.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
-
-namespace fs = std::filesystem;
 
 using vak::fuzz::Require;
 
 namespace {
 
-/// A file of the process's own, gone with what the store put beside it when the process ends.
+/// A folder of the process's own, gone with what the store put into it when the process ends.
 struct Scratch
 {
-    const fs::path folder = fs::temp_directory_path() / ("vakfuzz-" + std::to_string(std::random_device()()));
-    const fs::path file = folder / "f";
-    const fs::path aside = folder / "f.bad";
+    const CString name = ("vakfuzz-" + std::to_string(std::random_device()())).c_str();
+    const CString folder = fileCreateTmpFolder(name, 1);
 
-    Scratch() { fs::create_directories(folder); }
-    ~Scratch() { fs::remove_all(folder); }
-
-    /// As the library names it: natively the host's files are drive Z:.
-    CString Path() const
-    {
-        CString path = file.u16string()[0] == u'/' ? L"Z:" : L"";
-        for (const char16_t unit : file.u16string())
-            path += unit == u'/' ? L'\\' : static_cast<wchar_t>(unit);
-        return path;
-    }
+    ~Scratch() { fileRemoveDirectory(folder, 1); }
 };
 
-std::string Read(const fs::path& path)
+std::string Read(const CString& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    CFile file(path, CFile::modeRead);
+    std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+    file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+    return bytes;
 }
 
 /// The input is the file; the keys are those of the seeds.
 void Run(const std::uint8_t* data, std::size_t size)
 {
     static const Scratch scratch;
-    const std::string bytes(data, data + size);
-    std::ofstream(scratch.file, std::ios::binary) << bytes;
-    const CString path = scratch.Path();
+    const CString path = scratch.folder + L"f";
+    CFile(path, CFile::modeCreate | CFile::modeWrite).Write(data, static_cast<UINT>(size));
     CCustomData found;
     const int loaded = found.LoadFromPrefs(path, 1, 2);
     Require(loaded != 0 || !found.HasData());
@@ -53,7 +41,7 @@ void Run(const std::uint8_t* data, std::size_t size)
     CCustomData store;
     store.SetInt(1, 42);
     if (store.SaveToPrefs(path, 2, 1) == 0) {
-        Require(!fs::exists(scratch.file) && Read(scratch.aside) == bytes);
+        Require(!fileExists(path) && Read(path + L".bad") == std::string(data, data + size));
         return;
     }
     CCustomData again;

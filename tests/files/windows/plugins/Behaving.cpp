@@ -69,11 +69,6 @@ int Run(IoPluginMode mode, void* data)
 
 } // namespace
 
-PLUGIN_EXPORT unsigned int GetLibraryVersion()
-{
-    return 0x50000;
-}
-
 PLUGIN_EXPORT int InitBitmapParser(IoPluginMode mode, void* data)
 {
     return Run(mode, data);

@@ -6,11 +6,6 @@ BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID)
     return FALSE;
 }
 
-PLUGIN_EXPORT unsigned int GetLibraryVersion()
-{
-    return 0x50000;
-}
-
 PLUGIN_EXPORT int Init3DParser(IoPluginMode mode, void* data)
 {
     return DeclareOne(mode, data, PluginKind(L".vtfs", 'VTFS', vak::kFileKind3d));

@@ -3,11 +3,6 @@
 
 extern "C" __declspec(dllimport) unsigned int DependencyClass();
 
-PLUGIN_EXPORT unsigned int GetLibraryVersion()
-{
-    return 0x50000;
-}
-
 PLUGIN_EXPORT int Init3DParser(IoPluginMode mode, void* data)
 {
     return DeclareOne(mode, data, PluginKind(L".vtnd", DependencyClass(), vak::kFileKind3d));

@@ -1,3 +1,4 @@
+// What every plug-in of this version has.
 #include "tests/files/windows/plugins/Plugin.h"
 
 PLUGIN_EXPORT unsigned int GetLibraryVersion()
