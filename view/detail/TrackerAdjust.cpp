@@ -43,6 +43,15 @@ void MoveSides(LONG& low, LONG& high, int step, HeldKeys keys)
         high = Saturated(WideInt(high) + step);
 }
 
+/// How far one axis is to be moved: first for side `low`, then for side `high`.
+WideInt ShiftInto(WideInt low, WideInt high, WideInt first, WideInt last)
+{
+    WideInt shift = 0;
+    for (const WideInt side : {low, high})
+        shift += std::clamp(side + shift, first, std::max(first, last)) - (side + shift);
+    return shift;
+}
+
 CRect CutTo(const CRect& rect, const CRect& bounds)
 {
     return {std::max(bounds.left, std::min(rect.left, bounds.right)),
@@ -150,9 +159,8 @@ CRect Nudged(const CRect& rect, CSize step, HeldKeys keys, const float* ratio, c
 
 CRect ShiftedInside(const CRect& rect, const CRect& bounds)
 {
-    const CRect normal = Normalized(rect);
-    const CRect inside = MovedInside(normal, bounds);
-    return Offset(rect, WideInt(inside.left) - normal.left, WideInt(inside.top) - normal.top);
+    return Offset(rect, ShiftInto(rect.left, rect.right, bounds.left, bounds.right),
+                  ShiftInto(rect.top, rect.bottom, bounds.top, bounds.bottom));
 }
 
 bool LiesInside(const CRect& rect, const CRect& bounds)

@@ -50,8 +50,8 @@ VAK_INTERNAL_API CRect HeldBack(CRect rect, const CRect& start, HeldKeys keys);
 VAK_INTERNAL_API CRect Nudged(const CRect& rect, CSize step, HeldKeys keys, const float* ratio,
                               const CRect* bounds);
 
-/// Shifted so that no side is outside of the bounds, also if it is inverted; one that is larger ends at their
-/// right (bottom) side.
+/// Shifted so that first its left, then its right side (top, then bottom) is not outside of the bounds; one
+/// that is larger than they are ends with its right (bottom) side at them. Sides on the edge are inside.
 VAK_INTERNAL_API CRect ShiftedInside(const CRect& rect, const CRect& bounds);
 
 VAK_INTERNAL_API bool LiesInside(const CRect& rect, const CRect& bounds);

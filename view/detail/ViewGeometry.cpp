@@ -96,16 +96,6 @@ void SeeAxis(LONG& low, LONG& high, int scroll, int length, int document, float 
     high = OnDocument(end, document - 1);
 }
 
-int MovedIntoAxis(int low, int high, int first, int last)
-{
-    int shift = 0;
-    for (const int side : {low, high}) {
-        const int at = SumOf(side, shift);
-        shift = SumOf(shift, DifferenceOf(std::clamp(at, first, std::max(first, last)), at));
-    }
-    return shift;
-}
-
 } // namespace
 
 float Quotient(float a, float b)
@@ -116,13 +106,6 @@ float Quotient(float a, float b)
     if (a > 0)
         return kInfinity;
     return a < 0 ? -kInfinity : std::numeric_limits<float>::quiet_NaN();
-}
-
-CRect MovedInside(const CRect& rect, const CRect& bounds)
-{
-    const int x = MovedIntoAxis(rect.left, rect.right, bounds.left, bounds.right);
-    const int y = MovedIntoAxis(rect.top, rect.bottom, bounds.top, bounds.bottom);
-    return {SumOf(rect.left, x), SumOf(rect.top, y), SumOf(rect.right, x), SumOf(rect.bottom, y)};
 }
 
 void ViewGeometry::Derive()

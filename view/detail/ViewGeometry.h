@@ -16,11 +16,6 @@ namespace vak::detail {
 /// `a / b`, also where b is 0: infinity with the sign of a, or NaN for 0 / 0.
 VAK_INTERNAL_API float Quotient(float a, float b);
 
-/// The rectangle moved so that first its left, then its right side (top, then bottom) is not outside of
-/// `bounds`; one that is larger than they are ends at their right (bottom) side. Sides on the edge are
-/// inside.
-VAK_INTERNAL_API CRect MovedInside(const CRect& rect, const CRect& bounds);
-
 /// How a rectangle of the client area becomes one of the document.
 struct ToDocumentRule
 {
