@@ -20,6 +20,8 @@ CScrollView* AsScrollView(CWnd* window)
 
 constexpr unsigned int kFrame = 1;
 constexpr unsigned int kClipToPage = 2;
+constexpr COLORREF kLight = RGB(255, 255, 255);
+constexpr COLORREF kShade = RGB(128, 128, 128);
 
 /// Keeps a window from drawing. One that does not draw anyway is left alone: resuming would show a hidden
 /// one, and would end what its owner has begun.
@@ -246,7 +248,10 @@ void CVakCoord::EraseBackground(CDC* dc, unsigned long colour, unsigned int flag
     if (flags & kFrame) {
         CRect frame = page;
         frame.InflateRect(1, 1);
-        dc->Draw3dRect(&frame, RGB(255, 255, 255), RGB(128, 128, 128));
+        // Solid rectangles are drawn in the background colour, which is the caller's.
+        const COLORREF former = dc->SetBkColor(kLight);
+        dc->Draw3dRect(&frame, kLight, kShade);
+        dc->SetBkColor(former);
     }
     if (area.IsRectEmpty())
         return;

@@ -120,7 +120,8 @@ public:
 
     /// Fills what is not document with a colour (COLORREF) and sets the clipping for what is drawn next,
     /// unless the page begins in the client area's corner. Bit 0 of `flags` draws a frame around the page;
-    /// with bit 1 the caller's drawing stays on the page.
+    /// with bit 1 the caller's drawing stays on the page. `dc` has client coordinates, as one that comes with
+    /// WM_ERASEBKGND; its clipping is all that changes.
     void EraseBackground(CDC* dc, unsigned long colour, unsigned int flags);
 
     /// @name Trackers

@@ -72,6 +72,7 @@ std::vector<COLORREF> Erased(unsigned int flags)
     CBrush blue(kBlue);
     dc.FillSolidRect(window.GetClientRect(), kRed);
     coord.EraseBackground(&dc, kGreen, flags);
+    EXPECT_EQ(GetBkColor(dc.GetSafeHdc()), kRed) << "the caller's colour";
     std::vector<COLORREF> seen;
     for (const CPoint& point : {CPoint(0, 0), CPoint(99, 100), CPoint(200, 74), CPoint(100, 75)})
         seen.push_back(dc.GetPixel(point));
