@@ -4,7 +4,10 @@
 #include "framework/ui/DC.h"
 #include "framework/ui/Wnd.h"
 #include "view/ViewTracker.h"
+#include "view/detail/Saturated.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -40,9 +43,10 @@ CViewTracker* CVakCoord::InitTracker(CRect const& clientRect, int constraint, un
 {
     auto tracker = std::make_unique<CViewTracker>(*this, vak::InsideDocument, clientRect, style);
     if (constraint) {
-        const int height = clientRect.Height() != 0 ? clientRect.Height() : 1;
-        tracker->SetConstraint(constraint,
-                               static_cast<float>(clientRect.Width()) / static_cast<float>(height));
+        // The tracker turns an inverted rectangle over: with its negative ratio it would jump at once.
+        const auto width = static_cast<float>(std::abs(vak::detail::WidthOf(clientRect)));
+        const auto height = static_cast<float>(std::abs(vak::detail::HeightOf(clientRect)));
+        tracker->SetConstraint(constraint, width / std::max(height, 1.0f));
     }
     return tracker.release();
 }

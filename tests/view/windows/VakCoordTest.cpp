@@ -188,7 +188,7 @@ TEST(VakCoordTest, MakesTrackersOfRectanglesAndOfDrags)
     float ratio = 0;
     CViewTracker* tracker = coord.InitTracker(CRect(150, 80, 120, 80), 2, vak::ResizeInside);
     EXPECT_EQ(tracker->GetConstraint(ratio), 2);
-    EXPECT_EQ(ratio, -30) << "a height of 0 counts as 1";
+    EXPECT_EQ(ratio, 30) << "inverted, and a height of 0 counts as 1";
     EXPECT_EQ(tracker->GetDocRect(), CRect(20, 5, 50, 5));
     coord.ReleaseTracker(tracker);
 
