@@ -120,7 +120,7 @@ void CViewTracker::Show(CRect const& docRect, CRect const& clientRect)
 
 int CViewTracker::SetDocRect(CRect const& docRect)
 {
-    if (IsBounded() && !vak::detail::LiesInside(docRect, Document()))
+    if (m_isOrphan || (IsBounded() && !vak::detail::LiesInside(docRect, Document())))
         return FALSE;
     CRect former;
     GetTrueRect(former);
@@ -142,6 +142,8 @@ int CViewTracker::SetDocRect(CRect const& docRect)
 
 int CViewTracker::OnKey(unsigned int key, CRect const* bounds)
 {
+    if (m_isOrphan)
+        return FALSE;
     const CRect document = Document();
     CRect docRect = m_docRect;
     if (!CVakTracker::OnKey(key, docRect, bounds || !IsBounded() ? bounds : &document))
@@ -158,7 +160,7 @@ int CViewTracker::OnKey(unsigned int key, CRect const* bounds)
 
 int CViewTracker::Track(CPoint const& point)
 {
-    if (m_tracking)
+    if (m_tracking || m_isOrphan)
         return FALSE;
     TrackerWatch watch(*this);
     m_startDocRect = m_docRect;
@@ -216,7 +218,7 @@ void CViewTracker::AdjustRect(int hit, CRect& rect)
 
 void CViewTracker::OnRectChanged(CRect const& rect)
 {
-    if (!m_suspended)
+    if (!m_suspended && !m_isOrphan)
         m_docRect = ToDocument(rect, true);
 }
 

@@ -216,6 +216,9 @@ TEST_F(ViewTrackerTest, TouchesNothingThatGoesWithTheWindow)
     m_window.m_on[WM_DESTROY] = [&](LPARAM) { VirtualFree(page, 0, MEM_RELEASE); };
     m_window.Play("move 160 120 close");
     EXPECT_FALSE(tracker.Track(CPoint(130, 80)));
+    tracker.SetRect(CRect(10, 10, 90, 90));
+    EXPECT_FALSE(tracker.Track(CPoint(30, 30)) || tracker.OnKey(VK_LEFT, nullptr) ||
+                 tracker.SetDocRect(CRect(1, 1, 30, 30)));
     EXPECT_EQ(tracker.GetDocRect(), CRect(40, 50, 80, 80));
     EXPECT_EQ(another.InitTracker(CPoint(110, 70), 0, 1.0f, 0), nullptr) << "there is no window any more";
 }
