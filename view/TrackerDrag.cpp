@@ -161,12 +161,12 @@ void TrackerDrag::MoveTo(CPoint mouse)
     if (!m_watch.IsAlive())
         return;
     m_working = rect;
-    if (rect == m_tracker.m_rect)
-        return;
-    m_hasMoved = true;
-    // The hooks may draw.
-    HideOutline();
-    Store(rect);
+    if (!(rect == m_tracker.m_rect)) {
+        m_hasMoved = true;
+        // The hooks may draw.
+        HideOutline();
+        Store(rect);
+    }
     if (IsRunning())
         ShowOutline();
 }

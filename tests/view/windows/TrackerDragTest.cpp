@@ -76,11 +76,11 @@ TEST_F(TrackerDragTest, TellsWhatHappensInOrderAndLeavesNoTraces)
     const std::tuple<const char*, int, const char*, int, CPoint> rows[] = {
         {"move 120 100 up 90 110", 0, "21451454513", TRUE, {40, 60}},
         {"move 120 100 up 100 90", 0, "2145145453", TRUE, {50, 40}},
-        {"move 120 100 app up 120 100", 0, "21454513", TRUE, {70, 50}},
+        {"move 120 100 app up 120 100", 0, "2145454513", TRUE, {70, 50}},
         {"move 120 100 escape", 0, "21454513", FALSE, {50, 40}},
         {"move 120 100 right", 0, "21454513", FALSE, {50, 40}},
         {"move 120 100 up 120 100", vak::NoDragOutline, "2113", TRUE, {70, 50}},
-        {"up 100 90", 0, "23", FALSE, {50, 40}}};
+        {"up 100 90", 0, "245453", FALSE, {50, 40}}};
     for (const auto& [script, options, seen, result, place] : rows) {
         TrackerStage* const drawn = result ? &clip : &m_window;
         m_window.m_on[WM_APP] = [&](LPARAM) { drawn->Repaint(); };
