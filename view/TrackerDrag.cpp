@@ -261,7 +261,7 @@ void TrackerDrag::Release()
     m_isTracking = false;
     if (m_watch.IsAlive()) {
         m_tracker.m_tracking = FALSE;
-        m_tracker.m_isOrphan = !IsThere(m_wnd, m_window);
+        m_tracker.m_isOrphan |= !IsThere(m_wnd, m_window);
     }
     // The window is told, and may do anything.
     if (CWnd::GetCapture() == m_window)

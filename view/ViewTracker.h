@@ -9,10 +9,10 @@ class CVakCoord;
 
 /// Keeps its rectangle in document pixels, exactly, and shows it at the zoom and scroll position of a
 /// CVakCoord (not owned; it outlives the tracker, but may go together with its window in a drag: the tracker
-/// is then of no use any more). When these change, the rectangle in the window follows by itself, before it
-/// is used the next time; the document rectangle changes by drags, keys, SetRect and SetDocRect alone. A side
-/// that a drag brings back to where it began gets back its document pixel too, also where the zoom shows
-/// several pixels as one.
+/// then keeps its rectangles, and is of no use any more). When these change, the rectangle in the window
+/// follows by itself, before it is used the next time; the document rectangle changes by drags, keys, SetRect
+/// and SetDocRect alone. A side that a drag brings back to where it began gets back its document pixel too,
+/// also where the zoom shows several pixels as one.
 ///
 /// Handles of a rectangle that touches or leaves the client area are moved to its border.
 class VAK_API CViewTracker : public CVakTracker
