@@ -22,6 +22,11 @@ CPoint MouseOf(const MSG& message)
     return {static_cast<short>(LOWORD(message.lParam)), static_cast<short>(HIWORD(message.lParam))};
 }
 
+bool IsButtonDown()
+{
+    return GetKeyState(VK_LBUTTON) < 0;
+}
+
 HeldKeys KeysHeld()
 {
     return {GetKeyState(VK_SHIFT) < 0, GetKeyState(VK_CONTROL) < 0};
@@ -43,7 +48,8 @@ bool TrackerDrag::MayBegin(HWND window)
 TrackerDrag::TrackerDrag(CVakTracker& tracker, int hit, CWnd* wnd, CPoint mouse, CWnd* clipTo)
     : m_tracker(tracker), m_watch(tracker), m_outer(tracker.m_drag), m_previous(t_drag), m_wnd(wnd),
       m_window(wnd->GetSafeHwnd()), m_clipTo(clipTo), m_clipWindow(clipTo ? clipTo->GetSafeHwnd() : nullptr),
-      m_start(tracker.m_rect), m_working(tracker.m_rect), m_step(BeginDrag(hit, tracker.m_rect, mouse))
+      m_start(tracker.m_rect), m_working(tracker.m_rect), m_step(BeginDrag(hit, tracker.m_rect, mouse)),
+      m_wasButtonDown(IsButtonDown())
 {
     tracker.m_drag = this;
     tracker.m_tracking = TRUE;
@@ -68,7 +74,7 @@ TrackerDrag::~TrackerDrag()
 bool TrackerDrag::Run()
 {
     Begin();
-    while (IsRunning()) {
+    while (IsRunning() && !IsReleaseMissed()) {
         MSG message{};
         if (NextMessage(message))
             Handle(message);
@@ -79,7 +85,7 @@ bool TrackerDrag::Run()
 void TrackerDrag::Begin()
 {
     m_tracker.OnTrackerCallback(TrackingBegins, CRect(m_start));
-    if (!m_watch.IsAlive() || !AreWindowsThere())
+    if (!m_watch.IsAlive() || !AreWindowsThere() || IsReleaseMissed())
         return;
     m_wnd->SetCapture();
     m_wnd->UpdateWindow();
@@ -91,6 +97,11 @@ bool TrackerDrag::IsRunning() const
 {
     return m_state == State::Running && m_watch.IsAlive() && AreWindowsThere() &&
            CWnd::GetCapture() == m_window;
+}
+
+bool TrackerDrag::IsReleaseMissed() const
+{
+    return m_wasButtonDown && !IsButtonDown();
 }
 
 bool TrackerDrag::AreWindowsThere() const

@@ -45,6 +45,9 @@ private:
 
     void Begin();
     bool IsRunning() const;
+    /// A hook that shows a message or reads messages itself also takes the one of the button that goes up,
+    /// for which the drag would wait.
+    bool IsReleaseMissed() const;
     bool AreWindowsThere() const;
     static bool NextMessage(MSG& message);
     void Handle(const MSG& message);
@@ -82,6 +85,8 @@ private:
     CRect m_start;
     CRect m_working;
     DragStep m_step;
+    /// As the messages read so far tell.
+    bool m_wasButtonDown;
 };
 
 } // namespace vak::detail

@@ -148,6 +148,14 @@ TEST_F(TrackerDragTest, SurvivesHooksThatPaintChangeTheRectangleOrAskForMore)
     EXPECT_EQ(m_tracker->GetRect(), CRect(8, 40, 150, 140)) << "the drag goes on from where it was";
     EXPECT_EQ(other.GetRect(), kRect);
     ExpectIdle();
+    for (const int event : {vak::TrackingBegins, vak::RectChanged}) {
+        Make();
+        vak::test::HoldKey(VK_LBUTTON);
+        m_events.m_once[event] = [] { vak::test::HoldKey(0); };
+        EXPECT_EQ(Drag(CPoint(100, 90), "move 110 95"), event == vak::RectChanged);
+        EXPECT_EQ(m_events.m_seen.back(), '3') << "does not wait for a button that went up meanwhile";
+        ExpectIdle();
+    }
     TrackerStage rival;
     rival.SetCapture();
     EXPECT_FALSE(Drag(CPoint(100, 90), ""));
