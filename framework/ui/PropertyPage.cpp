@@ -20,6 +20,13 @@ HINSTANCE PageModule(UINT templateId)
     return vak::system::ModuleAt(&CPropertyPage::classCPropertyPage);
 }
 
+/// The answer to the sheet of a page whose hook has thrown: what it did not agree to does not happen, but
+/// the user can always cancel.
+LRESULT RefusalOf(UINT notification)
+{
+    return notification == PSN_APPLY || notification == PSN_KILLACTIVE ? PSNRET_INVALID : PSNRET_NOERROR;
+}
+
 } // namespace
 
 CPropertyPage::CPropertyPage(UINT templateId) : m_templateId(templateId), m_module(PageModule(templateId)) {}
@@ -121,5 +128,8 @@ INT_PTR CALLBACK CPropertyPage::PageProc(HWND window, UINT message, WPARAM wPara
         vak::detail::ReportFromProcedure(exception);
     } catch (...) {
     }
-    return FALSE;
+    if (message != WM_NOTIFY)
+        return FALSE;
+    SetWindowLongPtr(window, DWLP_MSGRESULT, RefusalOf(reinterpret_cast<const NMHDR*>(lParam)->code));
+    return TRUE;
 }

@@ -27,6 +27,7 @@ public:
     /// Ends the sheet with that result.
     void EndDialog(int result);
 
+    /// A hook that throws has refused to be left, or to apply; the exception is reported.
     /// The page has been chosen and will be shown. Zero has the sheet go on to another page.
     virtual BOOL OnSetActive();
     /// Another page has been chosen, or the sheet applies or closes with OK. Zero: the page stays.

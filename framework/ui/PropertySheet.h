@@ -27,7 +27,7 @@ public:
     /// that is here already stays where it is. Null throws CInvalidArgException.
     void AddPage(CPropertyPage* page);
     /// Takes the page out; its window goes, with the last page the sheet's. Does nothing when it is not here.
-    void RemovePage(CPropertyPage* page);
+    virtual void RemovePage(CPropertyPage* page);
     int GetPageCount() const { return static_cast<int>(m_pages.size()); }
     /// An index outside the pages throws CInvalidArgException; so for SetActivePage.
     CPropertyPage* GetPage(int index) const;

@@ -20,12 +20,15 @@ public:
 
     CString m_log;
     bool m_accepts = true;
+    bool m_throws = false;
     bool m_ends = false;
 
 private:
     bool Tell(const wchar_t* what)
     {
         m_log += what;
+        if (m_throws)
+            throw 1;
         if (m_ends)
             EndDialog(88);
         return m_accepts;
@@ -57,8 +60,13 @@ TEST(PropertySheet, AsksItsPagesAndTellsThem)
     ASSERT_TRUE(sheet.Create());
     EXPECT_EQ(sheet.GetActivePage(), &second) << "the first does not want to be shown";
     sheet.RemovePage(&first);
+    second.m_throws = true;
+    press(IDOK);
+    EXPECT_NE(sheet.GetSafeHwnd(), nullptr) << "the page has not agreed";
     press(IDCANCEL);
-    EXPECT_EQ(second.m_log, L"shown;left;OK;shown;asked;cancelled;");
+    EXPECT_EQ(sheet.GetSafeHwnd(), nullptr);
+    EXPECT_EQ(second.m_log, L"shown;left;OK;shown;left;asked;cancelled;");
+    second.m_throws = false;
     second.m_ends = true;
     EXPECT_EQ(sheet.DoModal(), 88) << "it ends before its loop begins";
 }
