@@ -58,14 +58,19 @@ void CCustomPropertySheet::AddPage(CCustomPropertyPage* page)
     if (page)
         page->SetPropertySheet(this);
     CPropertySheet::AddPage(page);
+    if (GetPageIndex(page) < 0)
+        page->SetPropertySheet(nullptr);
 }
 
-void CCustomPropertySheet::RemovePage(CCustomPropertyPage* page)
+void CCustomPropertySheet::RemovePage(CPropertyPage* page)
 {
-    if (GetPageIndex(page) < 0)
-        return;
     CPropertySheet::RemovePage(page);
-    page->SetPropertySheet(nullptr);
+    // It may be on its way to another sheet, or to its end, where it is a plain page already.
+    if (!page || !page->IsKindOf(RUNTIME_CLASS(CCustomPropertyPage)))
+        return;
+    auto* const custom = static_cast<CCustomPropertyPage*>(page);
+    if (custom->GetPropertySheet() == this)
+        custom->SetPropertySheet(nullptr);
 }
 
 void CCustomPropertySheet::AddButton(LPCTSTR caption, unsigned int width)

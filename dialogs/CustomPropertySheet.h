@@ -37,10 +37,10 @@ public:
     bool IsSaving() const { return m_isSaving; }
 
     /// Gives the page this sheet (CCustomPropertyPage::SetPropertySheet), then adds it as CPropertySheet
-    /// does.
+    /// does; takes it back when that fails.
     void AddPage(CCustomPropertyPage* page);
     /// Takes the page out, and its sheet from it.
-    void RemovePage(CCustomPropertyPage* page);
+    void RemovePage(CPropertyPage* page) override;
     /// Adds a button to the right of the standard ones and of the custom ones before it, `width` pixels wide,
     /// 0 for the width of the standard ones. It is made when the sheet opens.
     void AddButton(LPCTSTR caption, unsigned int width);
