@@ -78,6 +78,9 @@ void CDefaultDlg::SetChangeCallback(ChangeCallback callback, void* user)
 
 void CDefaultDlg::Bind(CWnd* window, CCustomData* store)
 {
+    // A page that is added once more keeps what the user has entered.
+    if (window == m_window && store == m_store)
+        return;
     m_window = window;
     for (Field& field : m_fields)
         field.isShown = false;
@@ -101,10 +104,9 @@ void CDefaultDlg::ReinitDialog(const CCustomData& store)
     m_isFilled = true;
     m_showsStore = &store == m_store;
     m_failedControl = 0;
-    for (Field& field : m_fields) {
+    for (Field& field : m_fields)
         TakeValue(field, store);
-        ShowValue(field);
-    }
+    ShowValues();
 }
 
 int CDefaultDlg::ValidateData(int save, CCustomData& store)
@@ -182,18 +184,27 @@ void CDefaultDlg::TakeValue(Field& field, const CCustomData& store)
         m_values.RemoveCustom(id);
 }
 
+void CDefaultDlg::ShowValues()
+{
+    for (Field& field : m_fields)
+        ShowValue(field);
+    // When all are: fields may share a control, or one control follow another.
+    for (Field& field : m_fields)
+        NoteShown(field);
+}
+
 void CDefaultDlg::ShowValue(Field& field)
 {
-    const HWND control = ControlOf(field);
-    field.isShown = control != nullptr;
-    if (!control)
-        return;
-    {
-        const SetForNow filling(m_isFilling);
+    const SetForNow filling(m_isFilling);
+    if (const HWND control = ControlOf(field))
         vak::detail::WriteControl(field.binding, control, field.value);
-    }
-    field.shown = ContentOf(field);
-    field.told = field.shown;
+}
+
+void CDefaultDlg::NoteShown(Field& field)
+{
+    field.isShown = ControlOf(field) != nullptr;
+    if (field.isShown)
+        field.told = field.shown = ContentOf(field);
 }
 
 vak::FieldBinding CDefaultDlg::BindingOf(const Field& field) const
@@ -237,19 +248,24 @@ void CDefaultDlg::WriteBack(const Field& field, CCustomData& store) const
 
 int CDefaultDlg::RefreshUnchanged(const CCustomData& store, unsigned int first, unsigned int last)
 {
+    std::vector<Field*> unchanged;
+    for (Field& field : m_fields)
+        if (!IsChanged(field))
+            unchanged.push_back(&field);
     int count = 0;
-    for (Field& field : m_fields) {
-        const auto control = static_cast<unsigned int>(field.binding.control);
-        const bool isMeant = (first == 0 && last == 0) || (control >= first && control <= last);
-        if (!isMeant || IsChanged(field))
+    for (Field* const field : unchanged) {
+        const auto control = static_cast<unsigned int>(field->binding.control);
+        if ((first != 0 || last != 0) && (control < first || control > last))
             continue;
-        const CString before = field.value;
-        TakeValue(field, store);
-        if (field.value == before)
+        const CString before = field->value;
+        TakeValue(*field, store);
+        if (field->value == before)
             continue;
-        ShowValue(field);
+        ShowValue(*field);
         ++count;
     }
+    if (count > 0)
+        std::for_each(unchanged.begin(), unchanged.end(), [this](Field* field) { NoteShown(*field); });
     return count;
 }
 
@@ -277,7 +293,8 @@ CString CDefaultDlg::TellFault(const Field& field) const
         return {};
     const vak::FieldBinding binding = BindingOf(field);
     const CString fault = vak::detail::FaultText(binding, vak::detail::CheckText(binding, ContentOf(field)));
-    const CString label = binding.label.IsEmpty() ? vak::detail::LabelOf(ControlOf(field)) : binding.label;
+    const CString label =
+        binding.label.IsEmpty() ? vak::detail::LabelOf(binding, ControlOf(field)) : binding.label;
     if (fault.IsEmpty() || label.IsEmpty())
         return fault;
     CString line;
@@ -415,7 +432,6 @@ BOOL CDefaultDlg::OnInitDialog()
         vak::detail::PrepareControl(field.binding, ControlOf(field));
     if (m_store && !m_isFilled)
         ReinitDialog(*m_store);
-    for (Field& field : m_fields)
-        ShowValue(field);
+    ShowValues();
     return TRUE;
 }

@@ -50,7 +50,8 @@ public:
     /// @}
 
     /// Binds the part to a window's object and a store; both may be null and neither is owned. Nothing is
-    /// shown yet. With another store than before, what the part was filled with is forgotten.
+    /// shown yet. With another store than before, what the part was filled with is forgotten; binding it once
+    /// more to both changes nothing.
     void Bind(CWnd* window, CCustomData* store);
     CWnd* GetWindow() const { return m_window; }
     CCustomData* GetStore() const { return m_store; }
@@ -116,7 +117,9 @@ private:
     bool IsChanged(const Field& field) const;
     bool IsSavable(const Field& field) const;
     void TakeValue(Field& field, const CCustomData& store);
+    void ShowValues();
     void ShowValue(Field& field);
+    void NoteShown(Field& field);
     void SaveField(const Field& field, CCustomData& store) const;
     void KeepSaved(Field& field, const CCustomData& store);
     void WriteBack(const Field& field, CCustomData& store) const;

@@ -50,7 +50,7 @@ struct FieldBinding
     double maximum = std::numeric_limits<double>::infinity();
     /// Digits behind the decimal mark of Float and Double, 0 to 15; -1: as many as tell the value.
     int decimals = -1;
-    /// What messages call the field; empty: the text of the static control in front of it.
+    /// What messages call the field; empty: the text of the static control or group box in front of it.
     CString label{};
     /// What is shown, and saved, while the store has no value: `number` (moved into the range, a colour
     /// packed with red in the low byte) of all kinds but Text.

@@ -52,6 +52,11 @@ int NumberOf(const CString& text)
     return isNegative ? number : -number;
 }
 
+bool IsGroupBox(HWND window)
+{
+    return IsOfClass(window, L"Button") && (StyleOf(window) & BS_TYPEMASK) == BS_GROUPBOX;
+}
+
 bool IsRadioButton(HWND window)
 {
     const LONG_PTR type = StyleOf(window) & BS_TYPEMASK;
@@ -84,6 +89,9 @@ void CheckInGroup(HWND first, int wanted)
     int index = 0;
     for (HWND button = first; button; button = NextInGroup(button), ++index)
         SendMessageW(button, BM_SETCHECK, index == wanted ? BST_CHECKED : BST_UNCHECKED, 0);
+    // The system lets the tab key stop at checked buttons only.
+    if (wanted < 0 || wanted >= index)
+        SetWindowLongPtr(first, GWL_STYLE, StyleOf(first) | WS_TABSTOP);
 }
 
 bool IsInGroup(HWND first, HWND wanted)
@@ -119,6 +127,13 @@ CString ReadSpin(HWND spin)
     int position = 0;
     // What is no position is for the user to mend: as it was typed.
     return SpinPosition(spin, position) ? NumberText(position) : WindowText(SpinBuddy(spin));
+}
+
+/// Where the user types: the control, or what stands in front of an up-down control.
+HWND EntryOf(const FieldBinding& field, HWND control)
+{
+    const HWND buddy = field.kind == FieldKind::Spin ? SpinBuddy(control) : nullptr;
+    return buddy ? buddy : control;
 }
 
 bool HasRange(const FieldBinding& field)
@@ -210,9 +225,10 @@ bool IsChangeCode(FieldKind kind, UINT code)
     case FieldKind::RadioIndex:
         return code == BN_CLICKED;
     case FieldKind::ComboIndex:
+        // Typing takes the selection away.
+        return code == CBN_SELCHANGE || code == CBN_EDITCHANGE;
     case FieldKind::ListIndex:
-        static_assert(CBN_SELCHANGE == LBN_SELCHANGE);
-        return code == CBN_SELCHANGE;
+        return code == LBN_SELCHANGE;
     case FieldKind::Slider:
         return false;
     case FieldKind::Spin:
@@ -224,9 +240,7 @@ bool IsChangeCode(FieldKind kind, UINT code)
 
 void SelectControl(const FieldBinding& field, HWND control)
 {
-    HWND target = control;
-    if (const HWND buddy = field.kind == FieldKind::Spin ? SpinBuddy(control) : nullptr)
-        target = buddy;
+    const HWND target = EntryOf(field, control);
     SendMessageW(GetParent(target), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
     // A window that is no dialog has not listened.
     if (GetFocus() != target && !IsChild(target, GetFocus()))
@@ -237,10 +251,10 @@ void SelectControl(const FieldBinding& field, HWND control)
         SendMessageW(target, EM_SETSEL, 0, -1);
 }
 
-CString LabelOf(HWND control)
+CString LabelOf(const FieldBinding& field, HWND control)
 {
-    const HWND before = GetWindow(control, GW_HWNDPREV);
-    if (!before || !IsOfClass(before, L"Static"))
+    const HWND before = GetWindow(EntryOf(field, control), GW_HWNDPREV);
+    if (!before || (!IsOfClass(before, L"Static") && !IsGroupBox(before)))
         return {};
     CString label = WindowText(before);
     label.Remove(L'&');

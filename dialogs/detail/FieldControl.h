@@ -20,8 +20,9 @@ bool BelongsToField(const FieldBinding& field, HWND control, HWND window);
 bool IsChangeCode(FieldKind kind, UINT code);
 /// Gives the control the focus, through its dialog, and selects what stands in it.
 void SelectControl(const FieldBinding& field, HWND control);
-/// The text of the static control in front of it, without its mnemonic and the colon; empty if there is none.
-CString LabelOf(HWND control);
+/// The text of the static control or group box in front of it, without its mnemonic and the colon; empty if
+/// there is none.
+CString LabelOf(const FieldBinding& field, HWND control);
 /// Whether the field's control opens the chooser.
 bool IsColorButton(const FieldBinding& field, HWND control);
 /// Draws an owner-drawn button in the colour that is its text.

@@ -205,8 +205,8 @@ TEST_F(DefaultDlg, TellsAllFailingFieldsAndSelectsTheFirst)
     dialog.part.AddFields({
         {.control = 103, .kind = FieldKind::Text, .minimum = 1, .text = L"nom"},
         {.control = 101, .minimum = 0, .maximum = 100},
-        {.control = 102, .kind = FieldKind::Double},
-        {.control = 113, .kind = FieldKind::Spin, .minimum = 0, .maximum = 9, .label = L"Nombre"},
+        {.control = 102, .kind = FieldKind::Double, .label = L"Facteur"},
+        {.control = 113, .kind = FieldKind::Spin, .minimum = 0, .maximum = 9},
     });
     Show(dialog, [&] {
         dialog.SetDlgItemText(103, L"autre");
@@ -241,7 +241,7 @@ TEST_F(DefaultDlg, TellsAllFailingFieldsAndSelectsTheFirst)
     ASSERT_EQ(m_recorder.Boxes().size(), 2u);
     EXPECT_EQ(m_recorder.Boxes()[0].text, L"Certaines valeurs ne sont pas valides :\n"
                                           L"Qualité : la valeur doit être comprise entre 0 et 100.\n"
-                                          L"Échelle : un nombre est attendu.\n"
+                                          L"Facteur : un nombre est attendu.\n"
                                           L"Nombre : la valeur doit être comprise entre 0 et 9.");
     EXPECT_TRUE(AreSame(dialog.store, Of(113, 8), 113));
 }
@@ -250,16 +250,21 @@ TEST_F(DefaultDlg, KeepsChangesForItsStoreAndFollowsIt)
 {
     ProbeDialog dialog;
     dialog.part.AddFields({
+        {.control = 101, .property = 'SAME', .number = 8},
         {.control = 101, .property = 'QUAL', .number = 75},
         {111, 'QUAL', FieldKind::Slider, 0, 100, -1, {}, 75},
         {.control = 102, .kind = FieldKind::Double, .decimals = 1, .number = 0.25},
+        {.control = 108, .kind = FieldKind::RadioIndex, .number = -1},
     });
     CCustomData found = Of('QUAL', 1);
     dialog.part.SaveData(found);
     EXPECT_TRUE(AreSame(found, Of('QUAL', 1), 'QUAL')) << "what was never filled knows no better";
     EXPECT_TRUE(AreSame(found, Of(102, 0.25), 102)) << "the default in full";
     Show(dialog, [&] {
+        EXPECT_FALSE(dialog.part.IsModified()) << "fields of one control";
+        EXPECT_TRUE(GetWindowLongPtr(dialog.GetDlgItem(108), GWL_STYLE) & WS_TABSTOP) << "none is checked";
         dialog.SetDlgItemText(101, L"40");
+        dialog.part.Bind(&dialog, &dialog.store);
         CCustomData copy;
         EXPECT_TRUE(dialog.part.ValidateData(1, copy) && AreSame(copy, Of('QUAL', 40), 'QUAL'));
         EXPECT_TRUE(dialog.part.IsModified()) << "the bound store has not got it";
