@@ -101,6 +101,7 @@ bool Holds(const std::vector<BYTE>& bytes, const CString& text)
 bool ReadTarget(IShellLinkW& link, const std::vector<BYTE>& bytes, CString& target)
 {
     constexpr int kMostOfOldShells = MAX_PATH - 1;
+    constexpr int kMarkOfPrefix = 2; // in "\\?\", which long paths may begin with
     CString path;
     if (!Receive(path,
                  [&](LPWSTR buffer, int size) { return link.GetPath(buffer, size, nullptr, SLGP_RAWPATH); }))
@@ -109,6 +110,9 @@ bool ReadTarget(IShellLinkW& link, const std::vector<BYTE>& bytes, CString& targ
     if (path.GetLength() == kMostOfOldShells && !Holds(bytes, path))
         return false;
     path = ExpandedPath(Exact(path, link));
+    // No name has a question mark: a character was lost on its way into the code page.
+    if (path.ReverseFind(L'?') > kMarkOfPrefix)
+        return false;
     return !path.IsEmpty() && !PathIsRelativeW(path) && FullPath(path, target);
 }
 
