@@ -27,7 +27,7 @@ CString Text(UINT id)
     return text;
 }
 
-/// What a key of the number pad types; empty for other keys.
+/// What a key of the number pad is called there; empty for other keys.
 CString PadKey(BYTE key, bool isExtended)
 {
     if (key >= VK_NUMPAD0 && key <= VK_NUMPAD9)
@@ -42,7 +42,7 @@ CString PadKey(BYTE key, bool isExtended)
     case VK_SUBTRACT:
         return L"-";
     case VK_DECIMAL:
-        return L".";
+        return Text(IDS_KEY_DECIMAL);
     case VK_DIVIDE:
         return L"/";
     case VK_RETURN:

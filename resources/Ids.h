@@ -144,7 +144,8 @@
 /* 1900: keys */
 #define IDS_KEY_NAME 1900 /* the keys with a name of their own, in their table's order */
 #define IDS_KEY_ENTER 1906
-#define IDS_KEY_OF_NUMBER_PAD 1940 /* one argument: what the key types */
+#define IDS_KEY_DECIMAL 1939
+#define IDS_KEY_OF_NUMBER_PAD 1940 /* one argument: what the key is called there */
 
 /* 200: dialogs and their controls */
 #define IDD_IO_LOG 200
