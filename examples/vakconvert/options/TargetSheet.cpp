@@ -29,14 +29,24 @@ TargetSheet::TargetSheet(const Target& target)
     GetData().Copy(&names, kReplace);
 }
 
+int TargetSheet::SaveDataFromPages(CCustomData& data)
+{
+    if (OptionsSheet::SaveDataFromPages(data) == 0)
+        return 0;
+    const CString problem = CheckNames(data);
+    if (problem.IsEmpty())
+        return 1;
+    SetActivePage(&m_names);
+    AfxMessageBox(problem);
+    return 0;
+}
+
 int TargetSheet::OnApplyOrOK(int)
 {
     const CString problem =
         SaveTo(CFileIo(0u, FILE_PARSER_SILENT, nullptr).GetPreferencesFilePath(), GetData());
     if (problem.IsEmpty())
         return 1;
-    if (!CheckNames(GetData()).IsEmpty())
-        SetActivePage(&m_names);
     AfxMessageBox(problem);
     return 0;
 }
@@ -49,14 +59,11 @@ void TargetSheet::SetDefaults(CCustomData& data) const
 
 CString TargetSheet::SaveTo(const CString& path, const CCustomData& data) const
 {
-    CString problem = CheckNames(data);
-    if (!problem.IsEmpty())
-        return problem;
     CCustomData parameters(data);
     for (const unsigned int id :
          {kNameTemplate, kNamePlace, kNameSubfolder, kNameDestination, kNameOverwrite})
         parameters.RemoveCustom(id);
-    problem = OptionsSheet::SaveTo(path, parameters);
+    CString problem = OptionsSheet::SaveTo(path, parameters);
     if (problem.IsEmpty() && !KeepNames(data, path))
         problem = L"Impossible d'écrire le fichier " + path;
     return problem;

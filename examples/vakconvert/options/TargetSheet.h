@@ -17,6 +17,8 @@ class TargetSheet : public OptionsSheet
 public:
     explicit TargetSheet(const Target& target);
 
+    /// Refuses names that lead nowhere, too, on the page that has them.
+    int SaveDataFromPages(CCustomData& data) override;
     int OnApplyOrOK(int isOK) override;
 
 protected:
