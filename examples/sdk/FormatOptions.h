@@ -25,6 +25,8 @@ struct FormatOption
     const wchar_t* description;
     /// What a dialog calls it, with "&" in front of its key; null: its name.
     const wchar_t* label = nullptr;
+    /// What a dialog explains of it, in the language of the label; null: its description.
+    const wchar_t* tip = nullptr;
 };
 
 using FormatOptions = std::vector<FormatOption>;

@@ -6,7 +6,6 @@
 #include "framework/ui/FileDialog.h"
 
 #include <commctrl.h>
-#include <prsht.h>
 
 namespace {
 
@@ -35,6 +34,22 @@ public:
 
 private:
     const HINSTANCE m_before;
+};
+
+/// While it lives, the library keeps preferences in another file.
+class OtherPreferences
+{
+public:
+    OtherPreferences(const CFileIo& io, const CString& path) : m_before(io.GetPreferencesFilePath())
+    {
+        CFileIo::SetPreferencesFilePath(path);
+    }
+    ~OtherPreferences() { CFileIo::SetPreferencesFilePath(m_before); }
+    OtherPreferences(const OtherPreferences&) = delete;
+    OtherPreferences& operator=(const OtherPreferences&) = delete;
+
+private:
+    const CString m_before;
 };
 
 CString LabelOf(const FormatOption& option)
@@ -131,7 +146,7 @@ HWND FormatPage::MakeControl(const wchar_t* windowClass, const CString& text, DW
 
 void FormatPage::AddTip(HWND control, const FormatOption& option)
 {
-    CString text = option.description;
+    CString text = option.tip != nullptr ? option.tip : option.description;
     if (option.kind != FormatOption::Kind::Boolean)
         text.AppendFormat(L" (%g - %g)", option.minimum, option.maximum);
     TOOLINFOW tool{};
@@ -167,23 +182,6 @@ int OptionsSheet::OnPushCustomButton(int index)
     return 0;
 }
 
-void OptionsSheet::CreateCustomButtons()
-{
-    CCustomPropertySheet::CreateCustomButtons();
-    // They have made the sheet wider: its pages follow.
-    const auto tabs = reinterpret_cast<HWND>(SendMessage(PSM_GETTABCONTROL));
-    const auto page = reinterpret_cast<HWND>(SendMessage(PSM_GETCURRENTPAGEHWND));
-    CRect area(0, 0, 0, 0);
-    ::GetWindowRect(tabs, &area);
-    ::MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<POINT*>(&area), 2);
-    const int more = GetClientRect().Width() - area.left - area.right;
-    for (const HWND window : {tabs, page}) {
-        ::GetWindowRect(window, &area);
-        ::SetWindowPos(window, nullptr, 0, 0, area.Width() + more, area.Height(),
-                       SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-}
-
 void OptionsSheet::SetDefaults(CCustomData& data) const
 {
     for (const FormatOption& option : m_options)
@@ -193,11 +191,9 @@ void OptionsSheet::SetDefaults(CCustomData& data) const
 CString OptionsSheet::SaveTo(const CString& path, const CCustomData& data) const
 {
     const CFileIo io(m_fileClass, FILE_PARSER_SILENT, nullptr);
-    const CString before = io.GetPreferencesFilePath();
-    CFileIo::SetPreferencesFilePath(path);
-    const bool isSaved = io.SaveIoParameters(0, data, m_fileClass) != 0;
-    CFileIo::SetPreferencesFilePath(before);
-    return isSaved ? CString() : L"Impossible d'écrire le fichier " + path;
+    const OtherPreferences there(io, path);
+    return io.SaveIoParameters(0, data, m_fileClass) != 0 ? CString()
+                                                          : L"Impossible d'écrire le fichier " + path;
 }
 
 void OptionsSheet::SaveAs()

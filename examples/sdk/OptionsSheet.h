@@ -9,7 +9,7 @@
 class CFileIo;
 
 /// The page of a property sheet that shows the options which a format declares, one control each: a check box
-/// for a boolean, a field for a number, with the option's description and range as its tip.
+/// for a boolean, a field for a number, with a tip that explains the option and tells its range.
 class FormatPage : public CCustomPropertyPage
 {
 public:
@@ -49,7 +49,6 @@ public:
 
 protected:
     int OnPushCustomButton(int index) override;
-    void CreateCustomButtons() override;
 
     /// What the first button shows. A derived sheet adds the values of its pages.
     virtual void SetDefaults(CCustomData& data) const;

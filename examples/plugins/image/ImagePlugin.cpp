@@ -18,12 +18,24 @@ namespace {
 constexpr unsigned int kQualityOption = 'QUAL';
 constexpr unsigned int kCompressOption = 'RLE ';
 
-constexpr FormatOption kQuality{
-    L"quality", kQualityOption, FormatOption::Kind::Integer, 90, 1, 100, L"1 smallest file, 100 best picture",
-    L"&Qualité"};
-constexpr FormatOption kCompress{
-    L"compress",    kCompressOption, FormatOption::Kind::Boolean, 1, 0, 1, L"run-length compression",
-    L"&Compression"};
+constexpr FormatOption kQuality{.name = L"quality",
+                                .id = kQualityOption,
+                                .kind = FormatOption::Kind::Integer,
+                                .defaultValue = 90,
+                                .minimum = 1,
+                                .maximum = 100,
+                                .description = L"1 smallest file, 100 best picture",
+                                .label = L"&Qualité",
+                                .tip = L"1 : le plus petit fichier, 100 : la meilleure image"};
+constexpr FormatOption kCompress{.name = L"compress",
+                                 .id = kCompressOption,
+                                 .kind = FormatOption::Kind::Boolean,
+                                 .defaultValue = 1,
+                                 .minimum = 0,
+                                 .maximum = 1,
+                                 .description = L"run-length compression",
+                                 .label = L"&Compression",
+                                 .tip = L"les suites de pixels égaux prennent moins de place"};
 
 struct Kind
 {

@@ -20,10 +20,24 @@ constexpr unsigned int kObjClass = 'WOBJ';
 constexpr unsigned int kStlClass = 'STL ';
 constexpr unsigned int kPlyClass = 'PLY ';
 
-constexpr FormatOption kScale{L"scale", kScaleOption, FormatOption::Kind::Float,   1.0,
-                              1e-6,     1e6,          L"factor for all positions", L"&Facteur d'échelle"};
-constexpr FormatOption kBinary{L"binary", kBinaryOption, FormatOption::Kind::Boolean,    1.0,
-                               0.0,       1.0,           L"binary form instead of text", L"Forme &binaire"};
+constexpr FormatOption kScale{.name = L"scale",
+                              .id = kScaleOption,
+                              .kind = FormatOption::Kind::Float,
+                              .defaultValue = 1.0,
+                              .minimum = 1e-6,
+                              .maximum = 1e6,
+                              .description = L"factor for all positions",
+                              .label = L"&Facteur d'échelle",
+                              .tip = L"multiplie toutes les coordonnées"};
+constexpr FormatOption kBinary{.name = L"binary",
+                               .id = kBinaryOption,
+                               .kind = FormatOption::Kind::Boolean,
+                               .defaultValue = 1.0,
+                               .minimum = 0.0,
+                               .maximum = 1.0,
+                               .description = L"binary form instead of text",
+                               .label = L"Forme &binaire",
+                               .tip = L"sinon le fichier est un texte"};
 
 class Parser : public CMeshParser
 {
