@@ -12,8 +12,6 @@
 
 #include <prsht.h>
 
-#include <utility>
-
 using vak::test::DialogDriver;
 using vak::test::kTriangle;
 
@@ -48,11 +46,6 @@ protected:
     {
         SendMessageW(Control(sheet, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.GetString()));
     }
-    static bool PressButton(HWND sheet, int id)
-    {
-        DialogDriver::Press(sheet, id);
-        return false;
-    }
     /// Whether a model was written as text.
     bool IsText(const char* name) const { return m_folder.Read(name).substr(0, 5) == "solid"; }
 
@@ -64,24 +57,29 @@ protected:
 TEST_F(OptionsSheetTest, WhatItKeepsHoldsForTheNextRunThatDoesNotSayOtherwise)
 {
     const vak::test::MessageRecorder boxes;
-    bool isRefused = false;
+    int step = 0;
     const DialogDriver driver([&](HWND sheet) {
         DialogDriver::Press(sheet, IDOK);
-        if (std::exchange(isRefused, true)) {
+        if (++step == 1) {
+            Click(sheet, kBinary);
+            SendMessageW(sheet, PSM_SETCURSEL, 1, 0);
+            Type(sheet, IDC_NAME, L"<file(shortname)>-x");
+            Click(sheet, IDC_PLACE + kInSubfolder);
+            Type(sheet, IDC_SUBFOLDER, L".."); // no folder below the source's
+            SendMessageW(sheet, PSM_SETCURSEL, 0, 0);
+        } else if (step == 2) {
             Type(sheet, IDC_SUBFOLDER, L"made");
-            return true;
+            CFileIo::SetPreferencesFilePath(m_folder.Path("in\\a.obj\\prefs.dat"));
+        } else {
+            CFileIo::SetPreferencesFilePath(m_folder.Path("prefs.dat"));
         }
-        Click(sheet, kBinary);
-        SendMessageW(sheet, PSM_SETCURSEL, 1, 0);
-        Type(sheet, IDC_NAME, L"<file(shortname)>-x");
-        Click(sheet, IDC_PLACE + kInSubfolder);
-        Type(sheet, IDC_SUBFOLDER, L".."); // no folder below the source's
-        return false;
+        return step == 3;
     });
     TargetSheet sheet(m_target);
     EXPECT_EQ(sheet.DoModal(), IDOK);
-    ASSERT_EQ(boxes.Boxes().size(), 1u);
+    ASSERT_EQ(boxes.Boxes().size(), 2u);
     EXPECT_EQ(boxes.Boxes()[0].text.Left(15), CString(L"Le sous-dossier"));
+    EXPECT_EQ(boxes.Boxes()[1].text.Left(20), CString(L"Impossible d'écrire "));
     EXPECT_EQ(Run(L"--to .stl @in\\a.obj"), 0u);
     EXPECT_TRUE(IsText("in/made/a-x.stl"));
     EXPECT_EQ(Run(L"--to .stl --beside --name \"\" -o binary=1 @in\\a.obj"), 0u);
@@ -97,40 +95,34 @@ TEST_F(OptionsSheetTest, WhatItKeepsHoldsForTheNextRunThatDoesNotSayOtherwise)
 
 TEST_F(OptionsSheetTest, ItsButtonsShowTheDefaultsAndSaveToAFileForOtherRuns)
 {
-    const UINT first = CCustomPropertySheet::GetFirstCustomID();
-    CString scale;
+    const auto first = static_cast<int>(CCustomPropertySheet::GetFirstCustomID());
+    const int presses[] = {first + OptionsSheet::kSaveAs, IDOK, first + OptionsSheet::kDefaults, IDOK};
     int step = 0;
     const DialogDriver driver([&](HWND sheet) {
-        const bool isSheet = Control(sheet, kScale) != nullptr;
-        if (isSheet == (step == 1))
+        const HWND scale = Control(sheet, kScale);
+        if ((scale != nullptr) == (step == 1))
             return false; // the other dialog is still to come
-        switch (step++) {
-        case 0:
+        if (step == 0) {
             Type(sheet, kScale, L"2,5");
             Click(sheet, kBinary);
-            return PressButton(sheet, static_cast<int>(first) + OptionsSheet::kSaveAs);
-        case 1: // the platform's dialog
-            EXPECT_TRUE(vak::test::TypeName(sheet, m_folder.Path("mine.dat")));
-            return PressButton(sheet, IDOK);
-        case 2:
-            return PressButton(sheet, static_cast<int>(first) + OptionsSheet::kDefaults);
-        default:
-            scale = DialogDriver::TextOf(Control(sheet, kScale));
-            DialogDriver::Press(sheet, IDCANCEL);
-            return true;
         }
+        EXPECT_TRUE(step != 1 || vak::test::TypeName(sheet, m_folder.Path("mine.dat")));
+        EXPECT_TRUE(step != 2 || !m_folder.Has("prefs.dat"));
+        EXPECT_TRUE(step != 3 || DialogDriver::TextOf(scale) == L"1");
+        DialogDriver::Press(sheet, presses[step]);
+        return ++step == 4;
     });
+    m_target.parameters.SetFloat('SCAL', 4);
     TargetSheet sheet(m_target);
-    EXPECT_EQ(sheet.DoModal(), IDCANCEL);
-    EXPECT_EQ(scale, CString(L"1"));
-    EXPECT_FALSE(m_folder.Has("prefs.dat"));
+    EXPECT_EQ(sheet.DoModal(), IDOK);
     EXPECT_EQ(Run(L"--preferences @mine.dat --to .stl @in\\a.obj"), 0u) << m_output;
     EXPECT_NE(m_folder.Read("in/a.stl").find("2.5 0 0"), std::string::npos);
+    EXPECT_EQ(Run(L"--to .stl -o binary=0 @in\\b.obj"), 0u) << m_output;
+    EXPECT_NE(m_folder.Read("in/b.stl").find("1 0 0"), std::string::npos);
 }
 
 TEST_F(OptionsSheetTest, APlugInAsksOnceARunUnlessItIsSilent)
 {
-    m_target.asks = true;
     NameTemplate stems(L"", CTime::GetCurrentTime());
     std::vector<Source> sources(2);
     sources[0].path = m_folder.Path("in\\a.obj");
@@ -139,22 +131,19 @@ TEST_F(OptionsSheetTest, APlugInAsksOnceARunUnlessItIsSilent)
     const auto convert = [&](const Source& source) {
         return Convert(source, m_target, m_folder.Path("in\\"), stems, names).failure;
     };
-    int answer = IDOK;
-    const auto act = [&](HWND sheet) {
-        EXPECT_FALSE(IsWindowVisible(GetDlgItem(sheet, 12321))) << "there is nothing to apply to";
-        Click(sheet, kBinary);
-        DialogDriver::Press(sheet, answer);
-        return true;
-    };
-    {
-        const DialogDriver driver(act);
-        EXPECT_EQ(convert(sources[0]) + convert(sources[1]), CString());
-        EXPECT_TRUE(IsText("in/a.stl") && IsText("in/b.stl") && driver.Seen() == 1);
+    for (const int answer : {IDOK, IDCANCEL}) {
+        const DialogDriver driver([&](HWND sheet) {
+            EXPECT_FALSE(IsWindowVisible(GetDlgItem(sheet, 12321))) << "there is nothing to apply to";
+            Click(sheet, kBinary);
+            DialogDriver::Press(sheet, answer);
+            return true;
+        });
+        m_target.asks = true;
+        EXPECT_EQ(convert(sources[0]), CString(answer == IDOK ? L"" : L"Opération interrompue"));
+        EXPECT_EQ(m_target.isGivenUp, answer == IDCANCEL);
+        EXPECT_TRUE(answer == IDCANCEL || convert(sources[1]).IsEmpty());
+        EXPECT_EQ(driver.Seen(), 1);
     }
-    m_target.asks = true;
-    answer = IDCANCEL;
-    const DialogDriver driver(act);
-    EXPECT_EQ(convert(sources[0]), CString(L"Opération interrompue"));
-    EXPECT_TRUE(m_target.isGivenUp);
+    EXPECT_TRUE(IsText("in/a.stl") && IsText("in/b.stl"));
     EXPECT_EQ(Made(".stl"), (vak::test::Names{"in/a.stl", "in/b.stl"}));
 }
