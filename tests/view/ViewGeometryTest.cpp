@@ -124,7 +124,6 @@ TEST(ViewGeometryTest, FindsZoomAndScrollPositionForWhatIsToBeSeen)
     EXPECT_EQ(view.ScrollAround(CPoint(60, 40), CPoint(150, 100)), CPoint(-30, -20));
     // In floats, 101 and 128 are just missed, and cut.
     EXPECT_EQ(View({9, 9}, {9, 9}, 3).ScrollAround(CPoint(50, 60), CPoint(49, 52)), CPoint(100, 127));
-    EXPECT_EQ(View({9, 9}, {9, 9}, 1.5f).ScrollAround(CPoint(1, 9), CPoint(2, 2)), CPoint(0, 11));
     EXPECT_EQ(view.ClampedScroll(CPoint(kMax, kMin)), CPoint(500, 0));
 }
 

@@ -1,14 +1,12 @@
 #include "view/VakCoord.h"
-#include "framework/ui/DC.h"
 #include "framework/ui/ScrollView.h"
 #include "tests/support/Print.h"
+#include "tests/view/windows/TrackerStage.h"
 #include "view/ViewTracker.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <map>
-#include <vector>
+
+using vak::test::TrackerStage;
 
 namespace {
 
@@ -17,20 +15,15 @@ bool IsInvalid(const CWnd& window)
     return GetUpdateRect(window.GetSafeHwnd(), nullptr, FALSE) != 0;
 }
 
-/// Makes a window with a client area of 300 x 200 pixels, at (20, 30) on the screen, and binds `coord` to it.
-void Show(CWnd& window, CVakCoord& coord, CSize document, DWORD style = WS_POPUP | WS_VISIBLE)
-{
-    window.CreateEx(0, AfxRegisterWndClass(0), L"", style, CRect(20, 30, 320, 230), nullptr, 0);
-    coord.Init(&window, document);
-    ValidateRect(window.GetSafeHwnd(), nullptr);
-}
-
+/// A window with a client area of 300 x 200 pixels, at (20, 30) on the screen.
 class View : public CScrollView
 {
 public:
     explicit View(CSize document, DWORD style = WS_POPUP | WS_VISIBLE)
     {
-        Show(*this, m_coord, document, style);
+        CreateEx(0, AfxRegisterWndClass(0), L"", style, CRect(20, 30, 320, 230), nullptr, 0);
+        m_coord.Init(this, document);
+        ValidateRect(m_hWnd, nullptr);
     }
     CPoint Position() const
     {
@@ -58,30 +51,6 @@ protected:
     void OnDraw(CDC*) override {}
 };
 
-constexpr COLORREF kRed = RGB(255, 0, 0), kGreen = RGB(0, 255, 0), kBlue = RGB(0, 0, 255);
-
-/// On a red window, EraseBackground paints green around a document of 100 x 50 pixels, and the caller then
-/// blue all over. The pixels in between: background, the frame's two sides, page; and in the end: page,
-/// frame.
-std::vector<COLORREF> Erased(unsigned int flags)
-{
-    CWnd window;
-    CVakCoord coord;
-    Show(window, coord, CSize(100, 50));
-    CClientDC dc(&window);
-    CBrush blue(kBlue);
-    dc.FillSolidRect(window.GetClientRect(), kRed);
-    coord.EraseBackground(&dc, kGreen, flags);
-    EXPECT_EQ(GetBkColor(dc.GetSafeHdc()), kRed) << "the caller's colour";
-    std::vector<COLORREF> seen;
-    for (const CPoint& point : {CPoint(0, 0), CPoint(99, 100), CPoint(200, 74), CPoint(100, 75)})
-        seen.push_back(dc.GetPixel(point));
-    dc.FillRect(window.GetClientRect(), &blue);
-    dc.SelectClipRgn(nullptr);
-    seen.insert(seen.end(), {dc.GetPixel(199, 124), dc.GetPixel(200, 125)});
-    return seen;
-}
-
 } // namespace
 
 TEST(VakCoordTest, KeepsItsFieldsInOrderAndDoesWithoutWindow)
@@ -103,9 +72,27 @@ TEST(VakCoordTest, KeepsItsFieldsInOrderAndDoesWithoutWindow)
 
 TEST(VakCoordTest, ErasesAroundThePageAndSetsTheClipping)
 {
-    EXPECT_EQ(Erased(0), (std::vector{kGreen, kGreen, kGreen, kRed, kBlue, kBlue}));
-    constexpr COLORREF kLight = RGB(255, 255, 255), kShade = RGB(128, 128, 128);
-    EXPECT_EQ(Erased(3), (std::vector{kGreen, kLight, kShade, kRed, kBlue, kShade}));
+    constexpr COLORREF kRed = RGB(255, 0, 0), kGreen = RGB(0, 255, 0), kBlue = RGB(0, 0, 255),
+                       kLight = RGB(255, 255, 255), kShade = RGB(128, 128, 128);
+    TrackerStage window;
+    CSize document(100, 50);
+    CVakCoord coord(&window, document);
+    CBrush blue(kBlue);
+    for (const unsigned int flags : {0u, 3u}) {
+        CClientDC dc(&window);
+        dc.FillSolidRect(window.GetClientRect(), kRed);
+        coord.EraseBackground(&dc, kGreen, flags);
+        EXPECT_EQ(GetBkColor(dc.GetSafeHdc()), kRed) << "the caller's colour";
+        // Background, the frame's two sides, page; and page and frame after the caller has drawn all over.
+        std::vector<COLORREF> seen;
+        for (const CPoint& point : {CPoint(0, 0), CPoint(99, 100), CPoint(200, 74), CPoint(100, 75)})
+            seen.push_back(dc.GetPixel(point));
+        dc.FillRect(window.GetClientRect(), &blue);
+        dc.SelectClipRgn(nullptr);
+        seen.insert(seen.end(), {dc.GetPixel(199, 124), dc.GetPixel(200, 125)});
+        EXPECT_EQ(seen, flags ? std::vector({kGreen, kLight, kShade, kRed, kBlue, kShade})
+                              : std::vector({kGreen, kGreen, kGreen, kRed, kBlue, kBlue}));
+    }
 }
 
 TEST(VakCoordTest, ZoomsAroundTheCursorWithoutDrawingMeanwhile)
@@ -182,9 +169,9 @@ TEST(VakCoordTest, ComesBackToTheSamePixelsAroundTheSamePoint)
 
 TEST(VakCoordTest, MakesTrackersOfRectanglesAndOfDrags)
 {
-    CWnd window;
-    CVakCoord coord;
-    Show(window, coord, CSize(100, 50));
+    TrackerStage window;
+    CSize document(100, 50);
+    CVakCoord coord(&window, document);
     float ratio = 0;
     CViewTracker* tracker = coord.InitTracker(CRect(150, 80, 120, 80), 2, vak::ResizeInside);
     EXPECT_EQ(tracker->GetConstraint(ratio), 2);
@@ -193,15 +180,14 @@ TEST(VakCoordTest, MakesTrackersOfRectanglesAndOfDrags)
     coord.ReleaseTracker(tracker);
 
     // The corner is ahead of the mouse by the minimum size of 18, and stops at the document's edge.
-    PostMessage(window.GetSafeHwnd(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(150, 119));
-    PostMessage(window.GetSafeHwnd(), WM_LBUTTONUP, 0, MAKELPARAM(150, 119));
+    window.Play("move 150 119 up 150 119");
     tracker = coord.InitTracker(CPoint(110, 80), 0, 1, vak::ResizeInside);
     ASSERT_NE(tracker, nullptr);
     EXPECT_EQ(tracker->GetDocRect(), CRect(10, 5, 68, 50));
     ValidateRect(window.GetSafeHwnd(), nullptr);
     coord.ReleaseTracker(tracker);
     EXPECT_TRUE(IsInvalid(window));
-    PostMessage(window.GetSafeHwnd(), WM_RBUTTONDOWN, MK_LBUTTON | MK_RBUTTON, 0);
+    window.Play("right");
     CRect docRect(1, 2, 3, 4);
     EXPECT_FALSE(coord.DoRubberBandTracker(docRect, CPoint(110, 80), 0, 1));
     EXPECT_EQ(docRect, CRect());
