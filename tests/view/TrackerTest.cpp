@@ -100,7 +100,7 @@ TEST(TrackerAdjustTest, RatioKeepsTheOppositeCornerAndTheMinimumTheSideOfTheDrag
     // Handle, whether it may invert, what is dragged and what comes of it.
     const int rows[][10] = {{0, 1, 95, 90, 100, 100, 82, 82, 100, 100},
                             {0, 1, 105, 60, 100, 100, 118, 60, 100, 100},
-                            {0, 0, 105, 60, 100, 100, 82, 60, 100, 100},
+                            {0, 0, 125, 60, 100, 100, 82, 60, 100, 100},
                             {2, 1, 100, 100, 100, 90, 100, 100, 118, 82},
                             {5, 1, 100, 100, 101, 101, 100, 100, 118, 101},
                             {6, 0, 0, 9, 5, 9, 0, 9, 5, 27},

@@ -127,6 +127,9 @@ TEST(VakCoordTest, KeepsItsScrollViewInStep)
     coord.AutoFit(TRUE, TRUE);
     EXPECT_EQ(coord.GetZoom(), 0.3f * 0.98f);
     EXPECT_TRUE(view.Position() == CPoint() && coord.ClientCenter() == CPoint(147, 22));
+    EXPECT_TRUE(coord.SetZoom(1, FALSE));
+    coord.AutoFit(FALSE, TRUE);
+    EXPECT_EQ(coord.GetZoom(), 0.3f) << "only the bar that there is";
     coord.Init(&view, small);
     coord.AutoFit(TRUE, FALSE);
     EXPECT_TRUE(coord.GetZoom() == 1 && coord.GetDocSize() == CSize(10, 0));
