@@ -1,6 +1,7 @@
 #include "framework/base/SystemFile.h"
 
 #include "framework/base/SystemFileFault.h"
+#include "framework/base/win32/QuietErrors.h"
 
 #include <cstddef>
 #include <memory>
@@ -86,6 +87,7 @@ bool SetAttributes(LPCWSTR path, DWORD attributes)
 
 bool QueryFile(LPCWSTR path, FileEntry& entry)
 {
+    const win32::QuietErrors quiet;
     WIN32_FILE_ATTRIBUTE_DATA found;
     if (!GetFileAttributesExW(path, GetFileExInfoStandard, &found))
         return false;

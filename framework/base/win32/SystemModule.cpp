@@ -1,5 +1,7 @@
 #include "framework/base/SystemModule.h"
 
+#include "framework/base/win32/QuietErrors.h"
+
 #include <winver.h>
 
 #include <vector>
@@ -40,19 +42,6 @@ HMODULE LoadWithoutCurrentDirectory(const CString& path)
     return module;
 }
 
-/// Keeps the system from showing boxes of its own about a library that it cannot load.
-class QuietErrors
-{
-public:
-    QuietErrors() { SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &m_before); }
-    ~QuietErrors() { SetThreadErrorMode(m_before, nullptr); }
-    QuietErrors(const QuietErrors&) = delete;
-    QuietErrors& operator=(const QuietErrors&) = delete;
-
-private:
-    DWORD m_before = 0;
-};
-
 HMODULE WithError(HMODULE module, DWORD& error)
 {
     error = module ? ERROR_SUCCESS : GetLastError();
@@ -88,13 +77,13 @@ const Unit* VersionValue(const std::vector<BYTE>& version, const CString& name, 
 
 HMODULE MapModule(const CString& path, DWORD& error)
 {
-    const QuietErrors quiet;
+    const win32::QuietErrors quiet;
     return WithError(LoadLibraryExW(Absolute(path), nullptr, DONT_RESOLVE_DLL_REFERENCES), error);
 }
 
 HMODULE LoadModule(const CString& path, DWORD& error)
 {
-    const QuietErrors quiet;
+    const win32::QuietErrors quiet;
     const CString full = Absolute(path);
     if (!HasSearchFlags())
         return WithError(LoadWithoutCurrentDirectory(full), error);
@@ -128,7 +117,7 @@ CString ModuleDescription(const CString& path)
         WORD language;
         WORD codePage;
     };
-    const QuietErrors quiet;
+    const win32::QuietErrors quiet;
     const std::vector<BYTE> version = VersionOf(path);
     UINT size = 0;
     const Language* const languages = VersionValue<Language>(version, L"\\VarFileInfo\\Translation", size);

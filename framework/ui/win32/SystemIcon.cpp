@@ -1,6 +1,7 @@
 #include "framework/ui/SystemIcon.h"
 
 #include "framework/base/SystemShortcut.h"
+#include "framework/base/win32/QuietErrors.h"
 #include "framework/ui/win32/IconEntries.h"
 
 namespace vak::win32 {
@@ -17,18 +18,15 @@ namespace vak::system {
 
 namespace {
 
-/// Asks the shell about a path, without the boxes that the system shows for drives without a disk.
+/// Asks the shell about a path.
 bool Ask(const CString& path, UINT what, SHFILEINFOW& info)
 {
     // Longer ones the shell would cut, and take for another file.
     if (path.IsEmpty() || path.GetLength() >= MAX_PATH)
         return false;
     const ShellScope shell;
-    DWORD before = 0;
-    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before);
-    const DWORD_PTR found = win32::CurrentIconEntries().getFileInfo(path, 0, &info, sizeof info, what);
-    SetThreadErrorMode(before, nullptr);
-    return found != 0;
+    const win32::QuietErrors quiet;
+    return win32::CurrentIconEntries().getFileInfo(path, 0, &info, sizeof info, what) != 0;
 }
 
 } // namespace
