@@ -93,7 +93,8 @@ int CShortcut::CreateShortcut(const CString& shortcutFile, const CString& target
 {
     system::Shortcut fields{target, arguments, description, workingDirectory, hotKey};
     if (description.IsEmpty())
-        fields.description = system::ModuleDescription(system::ExpandedPath(target));
+        fields.description =
+            system::ModuleDescription(system::ExpandedPath(target)).Left(system::kMostDescription);
     if (fields.description.IsEmpty())
         fields.description = CFileInfo(shortcutFile, FILEINFO_FILE).GetName();
     return system::WriteShortcut(shortcutFile, fields) ? 1 : 0;

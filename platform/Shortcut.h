@@ -44,10 +44,11 @@ public:
     static CString GetLinkHotKeyString(WORD hotKey);
 
     /// Writes a shortcut file, in one step in place of one that is there. Without a description it gets the
-    /// target's own, from its version information, or else the name of the shortcut file with its extension.
-    /// Variables of the environment in the target are replaced; the target need not exist. Returns 0, and a
-    /// file that was there is as it was, when it cannot be written or a field is longer than a shortcut
-    /// holds: 259 units for paths, 1,023 for the description, 32,766 for the arguments.
+    /// target's own, from its version information and as far as one fits, or else the name of the shortcut
+    /// file with its extension. Variables of the environment in the target are replaced; the target need not
+    /// exist. Returns 0, and a file that was there is as it was, when it cannot be written or a field is
+    /// longer than a shortcut holds: 259 units for paths, 1,023 for the description, 32,766 for the
+    /// arguments.
     static int CreateShortcut(const CString& shortcutFile, const CString& target, const CString& arguments,
                               const CString& workingDirectory, const CString& description, WORD hotKey);
 

@@ -42,8 +42,9 @@ constexpr UINT kMostShortcutBytes = 1 << 20;
 
 /// Writes a shortcut file, in place of one that is there in one step: after a failure that one is as it was.
 /// Variables of the environment in the target are replaced. False also when a field is longer than the shell
-/// keeps: 259 units for paths, 1,023 for the description, 32,766 for the arguments.
+/// keeps: 259 units for paths, kMostDescription for the description, 32,766 for the arguments.
 VAK_INTERNAL_API bool WriteShortcut(const CString& path, const Shortcut& shortcut);
+constexpr int kMostDescription = 1023;
 
 /// Replaces variables of the environment ("%windir%\x" is "C:\windows\x"); unknown ones stay. Natively all
 /// do.

@@ -18,6 +18,8 @@ namespace {
 /// As long as a text of the shell's can be, the final zero included.
 constexpr int kMostUnits = 32767;
 
+static_assert(kMostDescription < INFOTIPSIZE);
+
 /// A new shell link and the interface that loads and saves it.
 class ShellLink
 {
@@ -129,8 +131,8 @@ bool ReadFields(IShellLinkW& link, const std::vector<BYTE>& bytes, Shortcut& fie
 bool IsKept(const Shortcut& fields)
 {
     return !fields.target.IsEmpty() && fields.target.GetLength() < MAX_PATH &&
-           fields.workingDirectory.GetLength() < MAX_PATH && fields.description.GetLength() < INFOTIPSIZE &&
-           fields.arguments.GetLength() < kMostUnits;
+           fields.workingDirectory.GetLength() < MAX_PATH &&
+           fields.description.GetLength() <= kMostDescription && fields.arguments.GetLength() < kMostUnits;
 }
 
 bool SetFields(IShellLinkW& link, const Shortcut& fields)
