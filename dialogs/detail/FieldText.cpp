@@ -217,13 +217,20 @@ std::optional<T> ReadNumber(const CCustomData& store, unsigned int id)
     }
 }
 
-/// Any four bytes that are no fraction: packed colours, and the channels of a CRGBColor with its alpha.
+/// Packed colours, and the channels of a CRGBColor with its alpha.
 std::optional<DWORD> ReadColor(const CCustomData& store, unsigned int id)
 {
-    const unsigned int kind = store.GetDataKindOf(id);
-    if (kind == kind::Float || kind == kind::Invalid)
+    switch (store.GetDataKindOf(id)) {
+    case kind::Int:
+    case kind::Long:
+    case kind::UInt:
+    case kind::ULong:
+    case kind::Binary:
+    case kind::Untyped:
+        return ReadAs<DWORD>(store, id);
+    default:
         return std::nullopt;
-    return ReadAs<DWORD>(store, id);
+    }
 }
 
 template <class T>

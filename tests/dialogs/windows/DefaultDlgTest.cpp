@@ -305,17 +305,20 @@ TEST_F(DefaultDlg, LaysAnchoredControlsOutAboveTheMinimum)
     dialog.part.AddAnchor(101, vak::AnchorLeft | vak::AnchorTop | vak::AnchorRight);
     dialog.part.AddAnchor(IDOK, vak::AnchorRight | vak::AnchorBottom);
     dialog.part.AddAnchor(999, vak::AnchorAll);
+    dialog.part.SetMinimumSize(CSize(200, 150));
     Show(dialog, [&] {
         const auto areaOf = [&](int id) { return CRect(DialogDriver::AreaOf(dialog.GetDlgItem(id))); };
         const CRect edit = areaOf(101);
         const CRect button = areaOf(IDOK);
         const CRect frame = DialogDriver::AreaOf(dialog.GetSafeHwnd());
+        const CSize client = dialog.GetClientRect().Size();
         dialog.MoveWindow(frame + CRect(0, 0, 30, 20));
         EXPECT_EQ(areaOf(101), edit + CRect(0, 0, 30, 0));
         EXPECT_EQ(areaOf(IDOK), button + CPoint(30, 20));
         dialog.MoveWindow(CRect(frame.TopLeft(), CSize(10, 10)));
-        EXPECT_EQ(CRect(DialogDriver::AreaOf(dialog.GetSafeHwnd())), frame);
-        EXPECT_EQ(areaOf(IDOK), button);
+        EXPECT_EQ(dialog.GetClientRect().Size(), CSize(200, 150));
+        dialog.SendMessage(WM_SIZE, SIZE_RESTORED, MAKELPARAM(9, 9)); // a page is made as small as its sheet
+        EXPECT_EQ(areaOf(IDOK), button + CPoint(200 - client.cx, 150 - client.cy));
     });
 }
 
