@@ -163,8 +163,12 @@ void CCustomPropertySheet::SaveAndEnd(bool isOK)
         return;
     if (isOK)
         return EndDialog(IDOK);
-    for (int index = 0; index < GetPageCount(); ++index)
+    for (int index = 0; index < GetPageCount(); ++index) {
         GetPage(index)->SetModified(FALSE);
+        // What another page has saved after it.
+        if (CCustomPropertyPage* const page = CustomPage(index))
+            page->GetDialogPart().VerifyData(0, 0);
+    }
 }
 
 BOOL CCustomPropertySheet::OnInitDialog()

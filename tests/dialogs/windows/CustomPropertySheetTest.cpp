@@ -210,6 +210,8 @@ TEST_F(SheetTest, StaysOnPagesThatAreNotValidTheLastOneInTheEnd)
 
 TEST_F(SheetTest, OffersApplyWhileSomethingIsNotApplied)
 {
+    NumberPage same('QUAL');
+    m_sheet.AddPage(&same);
     m_sheet.AddButton(L"Défaut", 0);
     m_sheet.SetCustomButtonCallback(
         [](int, void* sheet) {
@@ -231,9 +233,14 @@ TEST_F(SheetTest, OffersApplyWhileSomethingIsNotApplied)
                        EXPECT_FALSE(m_sheet.CanApply());
                        EXPECT_EQ(m_sheet.Stored('QUAL'), 8);
                        EXPECT_EQ(m_sheet.m_log, L"init;save;apply;save;ok;save;apply;");
+                       m_sheet.SetActivePage(&same);
+                       same.Type(L"9");
+                       m_sheet.SetActivePage(0);
+                       m_sheet.Press(kApply);
+                       EXPECT_EQ(m_quality.Shown(), L"9") << "a value of two pages";
                        m_sheet.Press(kFirstCustom);
                        EXPECT_TRUE(m_sheet.CanApply());
-                       EXPECT_EQ(m_sheet.Stored('QUAL'), 8);
+                       EXPECT_EQ(m_sheet.Stored('QUAL'), 9);
                        m_sheet.SetActivePage(1);
                        m_sheet.SetActivePage(0);
                        EXPECT_EQ(m_quality.Shown(), L"11");
