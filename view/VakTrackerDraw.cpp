@@ -81,6 +81,8 @@ HCURSOR TrackerTools::CursorAt(int hit) const
 
 void CVakTracker::Draw(CDC* dc)
 {
+    if (!dc)
+        return;
     ReachIn(WindowFromDC(dc->GetSafeHdc()));
     Follow();
     const DeviceCoordinates coordinates(*dc);

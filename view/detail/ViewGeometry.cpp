@@ -141,6 +141,7 @@ float ViewGeometry::ClampedZoom(float wanted, bool snap) const
 
 float ViewGeometry::FittingZoom(CSize room) const
 {
+    // Also one that has a length, but no width, is nothing to be fitted by the other side.
     if (document.cx == 0 || document.cy == 0)
         return std::numeric_limits<float>::infinity();
     return std::min(static_cast<float>(room.cx) / static_cast<float>(document.cx),
