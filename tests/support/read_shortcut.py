@@ -5,17 +5,14 @@ import struct
 import sys
 
 
-def text_at(data, at, wide):
-    text = data[at:].decode("utf-16-le" if wide else "cp1252", "ignore")
-    return text[:text.index("\0")]
+def text_at(data, at):
+    return data[at:data.index(b"\0", at)].decode("cp1252")
 
 
 def target_of(info):
     size, head, flags, volume, path, net, suffix = struct.unpack_from("<7I", info)
-    assert size == len(info) and flags & 1, "a local path"
-    if head >= 0x24:
-        path, suffix = struct.unpack_from("<2I", info, 0x1C)
-    return text_at(info, path, head >= 0x24) + text_at(info, suffix, head >= 0x24)
+    assert size == len(info) and flags & 1 and head == 0x1C, "a local path, in the code page alone"
+    return text_at(info, path) + text_at(info, suffix)
 
 
 def read(data):
