@@ -8,13 +8,12 @@
 #include "tests/support/FaultyFile.h"
 #include "tests/support/Print.h"
 #include "tests/support/ShortcutFile.h"
+#include "tests/support/Slots.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 #include <objbase.h>
 
-#include <algorithm>
-#include <iterator>
 #include <set>
 
 using vak::test::IsRefused;
@@ -95,10 +94,8 @@ struct Opened : CShortcut
     using CShortcut::GetIconLocation;
     bool IsInOrder() const
     {
-        const void* const members[] = {&m_path,        &m_linkPath,         &m_arguments,
-                                       &m_description, &m_workingDirectory, &m_hotKey,
-                                       &m_linkIcon,    &m_targetIcon};
-        return std::is_sorted(std::begin(members), std::end(members));
+        return vak::test::InOrder({&m_path, &m_linkPath, &m_arguments, &m_description, &m_workingDirectory,
+                                   &m_hotKey, &m_linkIcon, &m_targetIcon});
     }
 };
 
@@ -127,7 +124,6 @@ TEST(Shortcut, SaysWhatItWasMadeOfToUsAndToOthers)
     shortcut.Init(path, 0);
     EXPECT_EQ(shortcut.GetLinkDescription(), CString(L"Wine core dll"));
     EXPECT_TRUE(shortcut.TargetExists() && shortcut.GetTargetIcon());
-    EXPECT_EQ(folder.Names().size(), 1u);
 }
 
 TEST(Shortcut, HasItsPathsWholeOrNotAtAll)
@@ -284,7 +280,6 @@ TEST(Shortcut, NamesHotKeysInBothLanguages)
                 {MAKEWORD(VK_RETURN, 8), L"ENTREE (PAVE NUM.)", L"Num Enter"},
                 {MAKEWORD(VK_NUMPAD7, 0), L"7 (PAVE NUM.)", L"Num 7"},
                 {MAKEWORD(VK_DECIMAL, 0), L". (PAVE NUM.)", L"Num Del"},
-                {MAKEWORD(VK_SCROLL, 0), L"DEFIL", L"Scroll Lock"},
                 {MAKEWORD(VK_OEM_COMMA, 2), L"CTRL + ,", L"Ctrl + ,"},
                 {0x00FF, L"0xFF", L"0xFF"}};
     for (const auto& row : rows) {
