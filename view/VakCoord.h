@@ -47,7 +47,7 @@ public:
     void Init(CWnd* wnd, CSize& docSize);
     /// The window has another client area, which is read from it; does nothing when `newClientSize` is the
     /// known one. The scroll position is the view's, or without one stays: scrolling by nothing brings it
-    /// back into a range that has become smaller.
+    /// back into a range that has become smaller. Repaints nothing, though a centred document moves.
     void ClientSizeChange(CSize& newClientSize);
 
     CWnd* GetWnd() const { return m_wnd; }
