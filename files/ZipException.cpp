@@ -1,6 +1,7 @@
 #include "files/ZipException.h"
 
 #include "framework/base/StringTable.h"
+#include "framework/base/SystemMessage.h"
 #include "resources/Ids.h"
 
 IMPLEMENT_DYNAMIC(CZipException, CException)
@@ -17,6 +18,8 @@ BOOL CZipException::GetErrorMessage(LPTSTR error, UINT maxError, PUINT helpConte
     const UINT textId = UINT(IDS_ZIP_NONE + m_cause);
     CString message;
     AfxFormatString2(message, textId, m_archive, m_entry);
+    if (m_lOsError != 0)
+        message += L" " + vak::system::ErrorText(static_cast<DWORD>(m_lOsError));
     if (helpContext != nullptr)
         *helpContext = textId;
     return vak::detail::CopyMessage(error, maxError, message);

@@ -67,7 +67,8 @@ public:
     explicit CZipException(int cause = noError, LPCTSTR archive = nullptr, LPCTSTR entry = nullptr,
                            LONG osError = 0);
 
-    /// A sentence for the cause with the archive's name, then the entry's if there is one.
+    /// A sentence for the cause with the archive's name, then the entry's if there is one; behind it the
+    /// system's own words for m_lOsError.
     BOOL GetErrorMessage(LPTSTR error, UINT maxError, PUINT helpContext = nullptr) const override;
 
     int m_cause;

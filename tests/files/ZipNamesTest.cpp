@@ -1,5 +1,6 @@
 #include "files/zip/ZipNames.h"
 
+#include "framework/base/SystemMessage.h"
 #include "tests/support/ZipContents.h"
 
 #include <gtest/gtest.h>
@@ -122,5 +123,8 @@ TEST(ZipNamesTest, TheExceptionNamesTheCheckTheArchiveAndTheEntry)
         EXPECT_TRUE(E(cause, L"A", L"E").GetErrorMessage(message, 512)) << cause;
         EXPECT_GT(CString(message).GetLength(), 20) << cause;
     }
+    // What the system said follows.
+    EXPECT_TRUE(E(E::systemError, L"A", nullptr, 2).GetErrorMessage(message, 512));
+    EXPECT_EQ(CString(message), L"Le système a refusé l'accès à l'archive A. " + vak::system::ErrorText(2));
     EXPECT_FALSE(E(E::lastCause + 1).GetErrorMessage(message, 8));
 }
