@@ -333,7 +333,9 @@ int GetPluginRefusal(unsigned int index, IoPluginRefusal& refusal)
 CString GetPluginRefusalText(const IoPluginRefusal& refusal)
 {
     CString text;
-    const CString systemText = refusal.systemError ? vak::system::ErrorText(refusal.systemError) : CString();
+    CString systemText = refusal.systemError ? vak::system::ErrorText(refusal.systemError) : CString();
+    // Some of the system's sentences leave the file to whoever shows them.
+    systemText.Replace(L"%1", refusal.path.Mid(refusal.path.ReverseFind(L'\\') + 1));
     switch (refusal.reason) {
     case IoPluginRefusalReason::NotALibrary:
         text.Format(UINT{IDS_PLUGIN_NOT_A_LIBRARY}, systemText.GetString());

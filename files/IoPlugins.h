@@ -86,7 +86,7 @@ VAK_API void FreePlugins(const CString& entryName);
 /// The refused plug-ins in the order of their refusal: fills `refusal` and returns 1, or returns 0 and leaves
 /// it alone when `index` is not below their number. Count from 0 until the answer is 0.
 VAK_API int GetPluginRefusal(unsigned int index, IoPluginRefusal& refusal);
-/// The reason as a sentence for the user.
+/// The reason as a sentence for the user, which need not name the file: show `path` with it.
 VAK_API CString GetPluginRefusalText(const IoPluginRefusal& refusal);
 /// The loaded plug-ins, in the same manner, in no particular order.
 VAK_API int GetLoadedPlugin(unsigned int index, IoPluginInfo& info);

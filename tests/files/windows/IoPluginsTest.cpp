@@ -149,7 +149,9 @@ TEST_F(IoPlugins, AreRefusedForWhatIsTheMatterWithEachAndKeepNobodyElseOut)
         EXPECT_EQ(refusal.message, row.message);
         EXPECT_EQ(Count(refusal.path), 0);
         EXPECT_EQ(GetModuleHandleW(refusal.path), nullptr) << "it is still loaded";
-        EXPECT_FALSE(GetPluginRefusalText(refusal).IsEmpty());
+        const CString text = GetPluginRefusalText(refusal);
+        EXPECT_FALSE(text.IsEmpty());
+        EXPECT_EQ(text.Find(L"%1"), -1) << "a gap of the system's sentence";
     }
     EXPECT_EQ(RefusalOf(L"junk").systemError, DWORD{ERROR_BAD_EXE_FORMAT});
     EXPECT_EQ(RefusalOf(L"other-version").version, 0x50001u);
