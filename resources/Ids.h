@@ -147,11 +147,13 @@
 #define IDS_KEY_DECIMAL 1939
 #define IDS_KEY_OF_NUMBER_PAD 1940 /* one argument: what the key is called there */
 
-/* 200: dialogs and their controls */
-#define IDD_IO_LOG 200
+/* 0x7000: dialogs. The numbers below are for those of hosts and plug-ins, which must not be mistaken for these. */
+#define IDD_IO_LOG 0x7000
+#define IDD_SELECT_FILES 0x7001
+
+/* 200: their controls */
 #define IDC_IO_LOG_ICON 201
 #define IDC_IO_LOG_TEXT 202
-#define IDD_SELECT_FILES 210
 #define IDC_SELECT_FILES_FOLDER 211
 #define IDC_SELECT_FILES_LIST 212
 #define IDC_SELECT_FILES_ALL 213

@@ -9,14 +9,12 @@ IMPLEMENT_DYNAMIC(CDialog, CWnd)
 
 namespace {
 
-/// The module that has the template: the library itself comes first, as for texts.
+/// The module that has the template: the library itself comes first, as for texts. Null is the program.
 HINSTANCE TemplateModule(UINT templateId)
 {
     const HINSTANCE library = vak::system::ModuleAt(&CDialog::classCDialog);
-    const HINSTANCE host = AfxGetResourceHandle();
-    if (host && !FindResource(library, MAKEINTRESOURCE(templateId), RT_DIALOG))
-        return host;
-    return library;
+    const bool isOwn = FindResource(library, MAKEINTRESOURCE(templateId), RT_DIALOG) != nullptr;
+    return isOwn ? library : AfxGetResourceHandle();
 }
 
 } // namespace

@@ -9,9 +9,9 @@ class VAK_API CDialog : public CWnd
     DECLARE_DYNAMIC(CDialog)
 
 public:
-    /// A dialog of template `templateId`, of the library or else of the module that AfxSetResourceHandle
-    /// named. `parent` (not owned) is disabled while it is open; null takes the application's main window, if
-    /// there is one.
+    /// A dialog of template `templateId` (below 0x7000, where the library's own begin) of the module that
+    /// AfxSetResourceHandle has named by the time of DoModal, of the program when it named none. `parent`
+    /// (not owned) is disabled while it is open; null takes the application's main window, if there is one.
     explicit CDialog(UINT templateId, CWnd* parent = nullptr);
 
     /// Shows the dialog and returns what ended it: IDOK, IDCANCEL, the argument of EndDialog, or -1 when the

@@ -67,12 +67,7 @@ protected:
 class DefaultDlg : public testing::Test
 {
 protected:
-    DefaultDlg()
-    {
-        AfxSetResourceHandle(GetModuleHandleW(nullptr));
-        vak::SetTextLanguage(1036);
-    }
-    ~DefaultDlg() override { AfxSetResourceHandle(nullptr); }
+    DefaultDlg() { vak::SetTextLanguage(1036); }
 
     /// Shows the dialog, runs `script` in it, and closes it.
     template <class SCRIPT>
