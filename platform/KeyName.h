@@ -11,5 +11,6 @@
 VAK_API CString keyGetName(BYTE key, int isExtended = 0);
 
 /// Returns the text of a hot key in the shell's encoding (low byte the virtual key, high byte HOTKEYF_
-/// flags), its parts joined by " + ": control, shift, alt, the key. Empty when there is no key.
+/// flags of <commctrl.h>), its parts joined by " + ": control, shift, alt, the key. Empty when there is no
+/// key.
 VAK_API CString keyGetHotKeyText(WORD hotKey);

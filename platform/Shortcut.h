@@ -16,9 +16,9 @@ public:
     virtual ~CShortcut();
 
     /// Reads a shortcut file. `iconFlags` chooses the size of the icons: SHGFI_LARGEICON (0), SHGFI_SMALLICON
-    /// or SHGFI_SHELLICONSIZE; an icon that cannot be had is no failure. Returns 0, with every field empty,
-    /// when the file cannot be read, is damaged, or leads to nothing that has a path; what it leads to need
-    /// not exist. Texts and paths are whole, whatever their length, or the result is 0.
+    /// or SHGFI_SHELLICONSIZE (of <shellapi.h>); an icon that cannot be had is no failure. Returns 0, with
+    /// every field empty, when the file cannot be read, is damaged, or leads to nothing that has a path; what
+    /// it leads to need not exist. Texts and paths are whole, whatever their length, or the result is 0.
     int Init(const CString& shortcutFile, int iconFlags);
 
     /// The complete path of the shortcut file; empty, as all texts, until one was read.
@@ -31,7 +31,8 @@ public:
     CString GetLinkDescription() const { return m_description; }
     /// As it is stored: variables of the environment are not replaced.
     CString GetLinkWorkingDirectory() const { return m_workingDirectory; }
-    /// Low byte the virtual key, high byte the shell's modifier flags (HOTKEYF_); 0 for none.
+    /// Low byte the virtual key, high byte the shell's modifier flags (HOTKEYF_CONTROL, ... of <commctrl.h>);
+    /// 0 for none.
     WORD GetLinkHotKey() const { return m_hotKey; }
     /// Returns 1 if the target exists as a file; 0 for a folder.
     int TargetExists() const;
