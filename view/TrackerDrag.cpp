@@ -2,6 +2,7 @@
 
 #include "framework/ui/Wnd.h"
 
+#include "view/detail/DeviceCoordinates.h"
 #include "view/detail/Saturated.h"
 
 namespace vak::detail {
@@ -60,8 +61,10 @@ TrackerDrag::TrackerDrag(CVakTracker& tracker, int hit, CWnd* wnd, CPoint mouse,
 TrackerDrag::~TrackerDrag()
 {
     // The tracker is gone, or an exception passes: no hook is called any more.
-    if (m_dc && AreWindowsThere() && (m_outlineSize.cx != 0 || m_outlineSize.cy != 0))
+    if (m_dc && AreWindowsThere() && (m_outlineSize.cx != 0 || m_outlineSize.cy != 0)) {
+        const DeviceCoordinates coordinates(*m_dc);
         m_dc->DrawDragRect(m_outline, CSize(), m_outline, m_outlineSize);
+    }
     Release();
     if (m_watch.IsAlive()) {
         m_tracker.m_drag = m_outer;

@@ -4,6 +4,7 @@
 #include "framework/ui/DC.h"
 #include "framework/ui/Wnd.h"
 
+#include "view/detail/DeviceCoordinates.h"
 #include "view/detail/Saturated.h"
 #include "view/detail/TrackerDrag.h"
 #include "view/detail/TrackerShape.h"
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 
+using vak::detail::DeviceCoordinates;
 using vak::detail::Inflated;
 using vak::detail::Normalized;
 using vak::detail::TrackerTools;
@@ -23,25 +25,6 @@ constexpr COLORREF kWhite = RGB(255, 255, 255);
 constexpr COLORREF kRed = RGB(255, 0, 0);
 /// Destination AND pattern: the pattern's white leaves what is there.
 constexpr DWORD kPatternOnTop = 0x00A000C9;
-
-/// Gives the device context back as it was; meanwhile its coordinates are those of the device.
-class DeviceCoordinates
-{
-public:
-    explicit DeviceCoordinates(CDC& dc) : m_dc(dc), m_saved(dc.SaveDC())
-    {
-        dc.SetMapMode(MM_TEXT);
-        dc.SetViewportOrg(CPoint());
-        SetWindowOrgEx(dc.GetSafeHdc(), 0, 0, nullptr);
-    }
-    DeviceCoordinates(const DeviceCoordinates&) = delete;
-    DeviceCoordinates& operator=(const DeviceCoordinates&) = delete;
-    ~DeviceCoordinates() { m_dc.RestoreDC(m_saved); }
-
-private:
-    CDC& m_dc;
-    int m_saved;
-};
 
 void FillPattern(CDC& dc, const CRect& area, DWORD operation)
 {
@@ -151,7 +134,10 @@ void CVakTracker::DrawTrackerRect(tagRECT const* rect, CWnd* clipTo, CDC* dc, CW
     TellAboutOutline(vak::BeforeOutline, shown);
     if (!watch.IsAlive())
         return;
-    dc->DrawDragRect(outline, size, m_erase ? &m_lastDragRect : nullptr, m_lastDragSize);
+    {
+        const DeviceCoordinates coordinates(*dc);
+        dc->DrawDragRect(outline, size, m_erase ? &m_lastDragRect : nullptr, m_lastDragSize);
+    }
     m_erase = !m_finalErase;
     m_lastDragRect = outline;
     m_lastDragSize = size;

@@ -9,6 +9,12 @@ constexpr COLORREF kBlack = RGB(0, 0, 0), kWhite = RGB(255, 255, 255), kRed = RG
 constexpr COLORREF kGround = RGB(0, 200, 100);
 const CRect kRect(20, 30, 120, 80);
 
+struct OpenTracker : CVakTracker
+{
+    using CVakTracker::CVakTracker;
+    using CVakTracker::DrawTrackerRect;
+};
+
 /// Pictures of trackers on green ground, through a device context that has an origin of its own.
 class TrackerDrawTest : public testing::Test
 {
@@ -16,10 +22,13 @@ protected:
     void Draw(unsigned int style, const CRect& rect = kRect, int constraint = 0)
     {
         m_dc.FillSolidRect(CRect(0, 0, 300, 200), kGround);
-        CVakTracker tracker(rect, style, 0);
+        OpenTracker tracker(rect, style, 0);
         tracker.SetConstraint(constraint, 0.5f);
         m_dc.SetViewportOrg(CPoint(-50, -60));
-        tracker.Draw(&m_dc);
+        if (style)
+            tracker.Draw(&m_dc);
+        else
+            tracker.DrawTrackerRect(rect, nullptr, &m_dc, &m_window);
         EXPECT_EQ(m_dc.SetViewportOrg(CPoint()), CPoint(-50, -60));
     }
     /// How many pixels of a line from there on have the colour.
@@ -57,6 +66,8 @@ TEST_F(TrackerDrawTest, EveryStyleDrawsItsPartsAndNothingElse)
     EXPECT_EQ(Count(kBlack, CPoint(20, 24), CSize(1, 0), 8), 2) << "every fourth";
     EXPECT_EQ(Count(kWhite, CPoint(120, 40), CSize(1, 0), 8), 6);
     EXPECT_EQ(Count(kGround, CPoint(0, 55)), 200 - 16);
+    Draw(0);
+    EXPECT_EQ(Count(kGround, CPoint(0, 30)), 150) << "the outline of a drag inverts every second pixel";
     Draw(vak::HatchedInside, CRect(0, 0, 64, 64));
     EXPECT_EQ(Count(kGround, CPoint(12, 20), CSize(1, 0), 8), 6) << "the ground shines through";
     EXPECT_EQ(Count(kBlack, CPoint(19, 20), CSize(-1, 1), 7) % 7, 0) << "the lines are diagonal";
