@@ -7,6 +7,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 namespace {
 
 /// A grid in dialog units.
@@ -124,7 +126,7 @@ void FormatPage::MakeOption(const FormatOption& option, int id, const RECT& row)
         AddTip(MakeControl(L"BUTTON", LabelOf(option), BS_AUTOCHECKBOX | WS_TABSTOP, id, row), option);
         return;
     }
-    const int edge = row.right - kFieldWidth;
+    const LONG edge = std::max(row.right - kFieldWidth, (row.left + row.right) / 2);
     // The label goes in front, so that its key leads to the field.
     MakeControl(L"STATIC", LabelOf(option) + L" :", SS_LEFT, -1, {row.left, row.top + 2, edge, row.bottom});
     AddTip(MakeControl(L"EDIT", L"", ES_AUTOHSCROLL | WS_TABSTOP, id, {edge, row.top, row.right, row.bottom}),
@@ -217,7 +219,7 @@ bool AskForOptions(CFileIo& io, const FormatOptions& options)
     if (parser == nullptr || parser->IsSilentMode() || options.empty())
         return true;
     if (parser->MustShowDialog() == IoShowDialogNone &&
-        CFileIo::HasDialog(io.GetClass(), io.IsLoading()) == IoShowDialogNone)
+        CFileIo::HasDialog(io.GetClass(), 0) == IoShowDialogNone)
         return true;
     OptionsSheet sheet(io.GetClass(), io.GetExtension(), options, parser->GetParentWnd());
     // There is nothing that could apply them before the file is written.

@@ -37,7 +37,7 @@ private:
 class OptionsSheet : public CCustomPropertySheet
 {
 public:
-    /// Shows the options for files of that class and extension (with its dot). `parent` may be null.
+    /// Shows the options for saving files of that class and extension (with its dot). `parent` may be null.
     OptionsSheet(unsigned int fileClass, const CString& extension, const FormatOptions& options,
                  CWnd* parent);
 
@@ -64,8 +64,8 @@ private:
     std::unique_ptr<FormatPage> m_page;
 };
 
-/// For a parser that is about to work: shows the sheet when its kind has a dialog for this direction, or must
-/// show it, and the operation is not silent; what the user sets is in the operation's parameters then.
+/// For a parser that is about to save: shows the sheet when its kind has a dialog for that, or must show it,
+/// and the operation is not silent; what the user sets is in the operation's parameters then.
 /// Returns false when the user cancels. Without a display, and for a format without options, nothing is
 /// asked.
 bool AskForOptions(CFileIo& io, const FormatOptions& options);
