@@ -161,16 +161,22 @@ void CPropertySheet::AddPage(CPropertyPage* page)
     if (page->m_sheet)
         page->m_sheet->RemovePage(page);
     page->m_sheet = this;
-    if (!m_hWnd)
-        return;
+    // While the window is being made the page waits until the system's sheet is there.
+    if (m_hWnd && (m_isInitialized ? !Insert(page) : !Opening::HasTemplate(page))) {
+        m_pages.pop_back();
+        page->m_sheet = nullptr;
+    }
+}
+
+bool CPropertySheet::Insert(CPropertyPage* page)
+{
     const PROPSHEETPAGE made = Opening::TemplateOf(page);
     const HPROPSHEETPAGE handle = Opening::HasTemplate(page) ? CreatePropertySheetPage(&made) : nullptr;
     if (handle && SendMessage(PSM_ADDPAGE, 0, reinterpret_cast<LPARAM>(handle)))
-        return;
+        return true;
     if (handle)
         DestroyPropertySheetPage(handle);
-    m_pages.pop_back();
-    page->m_sheet = nullptr;
+    return false;
 }
 
 void CPropertySheet::RemovePage(CPropertyPage* page)
@@ -180,10 +186,10 @@ void CPropertySheet::RemovePage(CPropertyPage* page)
         return;
     m_pages.erase(m_pages.begin() + index);
     page->m_sheet = nullptr;
-    if (!m_hWnd)
+    if (!m_hWnd || (!m_isInitialized && static_cast<std::size_t>(index) >= m_madeWith))
         return;
-    // The system's sheets have at least one page.
-    if (m_pages.empty())
+    // The system's sheets have at least one page, and while one is being made it cannot lose any.
+    if (m_pages.empty() || !m_isInitialized)
         DestroyWindow();
     else
         SendMessage(PSM_REMOVEPAGE, static_cast<WPARAM>(index));
@@ -206,7 +212,8 @@ int CPropertySheet::GetActiveIndex() const
 {
     if (m_pages.empty())
         return -1;
-    const auto shown = m_hWnd ? reinterpret_cast<HWND>(SendMessage(PSM_GETCURRENTPAGEHWND)) : nullptr;
+    const auto shown =
+        m_hWnd && m_isInitialized ? reinterpret_cast<HWND>(SendMessage(PSM_GETCURRENTPAGEHWND)) : nullptr;
     const auto isShown = [shown](const CPropertyPage* page) { return page->GetSafeHwnd() == shown; };
     const auto found = shown ? std::find_if(m_pages.begin(), m_pages.end(), isShown) : m_pages.end();
     if (found != m_pages.end())
@@ -223,7 +230,7 @@ CPropertyPage* CPropertySheet::GetActivePage() const
 BOOL CPropertySheet::SetActivePage(int index)
 {
     GetPage(index);
-    if (m_hWnd)
+    if (m_hWnd && m_isInitialized)
         SendMessage(PSM_SETCURSEL, static_cast<WPARAM>(index));
     else
         m_firstPage = static_cast<UINT>(index);
@@ -282,7 +289,9 @@ bool CPropertySheet::MakeWindow(HWND owner)
     header.hInstance = vak::system::ModuleAt(&CPropertySheet::classCPropertySheet);
     header.pszCaption = m_caption;
     header.nPages = static_cast<UINT>(pages.size());
-    header.nStartPage = static_cast<UINT>(GetActiveIndex());
+    m_madeWith = pages.size();
+    m_madeAt = GetActiveIndex();
+    header.nStartPage = static_cast<UINT>(m_madeAt);
     header.ppsp = pages.data();
     header.pfnCallback = &Opening::OnSheet;
     const HWND made = Opening(this).Make(header);
@@ -320,8 +329,19 @@ BOOL CPropertySheet::PreTranslateMessage(MSG* message)
 
 BOOL CPropertySheet::OnInitDialog()
 {
+    if (!m_hWnd)
+        return FALSE;
+    const std::vector<CPropertyPage*> waiting(m_pages.begin() + static_cast<std::ptrdiff_t>(m_madeWith),
+                                              m_pages.end());
+    const int wanted = GetActiveIndex();
     m_isInitialized = true;
-    return static_cast<BOOL>(DefWindowProc(WM_INITDIALOG, m_initFocus, m_initParameter));
+    const auto result = static_cast<BOOL>(DefWindowProc(WM_INITDIALOG, m_initFocus, m_initParameter));
+    for (CPropertyPage* const page : waiting)
+        if (m_hWnd && GetPageIndex(page) >= 0)
+            Insert(page);
+    if (m_hWnd && wanted != m_madeAt)
+        SendMessage(PSM_SETCURSEL, static_cast<WPARAM>(wanted));
+    return result;
 }
 
 void CPropertySheet::InitDialog(WPARAM wParam, LPARAM lParam, LRESULT* result)
@@ -335,7 +355,7 @@ void CPropertySheet::InitDialog(WPARAM wParam, LPARAM lParam, LRESULT* result)
     } catch (...) {
     }
     // The system cannot do without.
-    if (!m_isInitialized)
+    if (m_hWnd && !m_isInitialized)
         *result = CPropertySheet::OnInitDialog();
 }
 

@@ -26,7 +26,8 @@ public:
     /// Adds a page at the end, also while the sheet is open. A page of another sheet leaves that one; one
     /// that is here already stays where it is. Null throws CInvalidArgException.
     void AddPage(CPropertyPage* page);
-    /// Takes the page out; its window goes, with the last page the sheet's. Does nothing when it is not here.
+    /// Takes the page out; its window goes, with the last page the sheet's, as with any page before the
+    /// base's OnInitDialog. Does nothing when it is not here.
     virtual void RemovePage(CPropertyPage* page);
     int GetPageCount() const { return static_cast<int>(m_pages.size()); }
     /// An index outside the pages throws CInvalidArgException; so for SetActivePage.
@@ -68,6 +69,7 @@ private:
     struct Opening;
 
     bool MakeWindow(HWND owner);
+    bool Insert(CPropertyPage* page);
     void InitDialog(WPARAM wParam, LPARAM lParam, LRESULT* result);
     void CloseWhenDone(UINT command);
 
@@ -75,6 +77,9 @@ private:
     CString m_caption;
     CWnd* m_parent = nullptr;
     UINT m_firstPage = 0;
+    /// How many of the pages the system's sheet was made with, and which one it was to show.
+    std::size_t m_madeWith = 0;
+    int m_madeAt = 0;
     WPARAM m_initFocus = 0;
     LPARAM m_initParameter = 0;
     bool m_isModeless = false;

@@ -35,6 +35,23 @@ private:
     }
 };
 
+/// Changes its pages before the base makes them.
+class ChangingSheet : public CPropertySheet
+{
+public:
+    CPropertyPage* m_late = nullptr;
+    CPropertyPage* m_lost = nullptr;
+
+protected:
+    BOOL OnInitDialog() override
+    {
+        RemovePage(m_lost);
+        AddPage(m_late);
+        SetActivePage(m_late);
+        return CPropertySheet::OnInitDialog();
+    }
+};
+
 } // namespace
 
 TEST(PropertySheet, AsksItsPagesAndTellsThem)
@@ -69,4 +86,19 @@ TEST(PropertySheet, AsksItsPagesAndTellsThem)
     second.m_throws = false;
     second.m_ends = true;
     EXPECT_EQ(sheet.DoModal(), 88) << "it ends before its loop begins";
+}
+
+TEST(PropertySheet, MayGetPagesWhileItsWindowIsMadeButNotLoseThem)
+{
+    ChangingSheet sheet;
+    ProbePage first, late;
+    sheet.AddPage(&first);
+    sheet.m_late = &late;
+    ASSERT_TRUE(sheet.Create());
+    EXPECT_EQ(sheet.GetActivePage(), &late);
+    EXPECT_EQ(late.m_log, L"shown;");
+    sheet.DestroyWindow();
+    sheet.m_lost = &first;
+    EXPECT_FALSE(sheet.Create());
+    EXPECT_EQ(sheet.GetPageCount(), 1);
 }
