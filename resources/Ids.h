@@ -147,7 +147,8 @@
 #define IDS_KEY_DECIMAL 1939
 #define IDS_KEY_OF_NUMBER_PAD 1940 /* one argument: what the key is called there */
 
-/* 0x7000: dialogs. The numbers below are for those of hosts and plug-ins, which must not be mistaken for these. */
+/* 0x7000: dialogs. The numbers below are for those of hosts and plug-ins, which must not be mistaken for
+ * these. */
 #define IDD_IO_LOG 0x7000
 #define IDD_SELECT_FILES 0x7001
 

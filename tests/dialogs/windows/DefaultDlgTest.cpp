@@ -1,7 +1,6 @@
 #include "dialogs/DefaultDlg.h"
 
 #include "core/RGBColor.h"
-#include "framework/base/Application.h"
 #include "framework/base/StringTable.h"
 #include "framework/ui/Dialog.h"
 #include "tests/support/DialogDriver.h"
