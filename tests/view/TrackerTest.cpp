@@ -56,7 +56,6 @@ TEST(TrackerShapeTest, HandlesStandAlongTheFrameThatTheStyleGives)
     EXPECT_EQ(NormalizedHit(kInverted, 8) * NormalizedHit(kInverted, -1), -8);
     EXPECT_EQ(HandleBox(Shape(16 | 1), 0), CRect(1, 11, 10, 20));
     EXPECT_EQ(HandleBox(Shape(32), 2), CRect(105, 75, 114, 84));
-    EXPECT_EQ(OuterRect(Shape(2, kInverted)), CRect(9, 19, 111, 81));
     EXPECT_EQ(OuterRect(Shape(4 | 16 | 32 | 1)), CRect(-3, 7, 123, 93));
     EXPECT_EQ(OuterRect(Shape(4, CRect(kMin, 0, kMax, 9))), CRect(kMin, -8, kMax, 17));
 }
@@ -117,14 +116,13 @@ TEST(TrackerAdjustTest, KeysMoveOrResizeByOnePixelAndUndoWhatBoundsWouldShift)
 {
     const CRect rect(0, 10, 40, 30);
     const CRect bounds(0, 0, 40, 60);
-    const CSize left(-1, 0), up(0, -1), down(0, 1);
+    const CSize left(-1, 0), down(0, 1);
     const HeldKeys none, shift{true, false}, control{false, true};
     const float half = 0.5f;
     EXPECT_EQ(Nudged(rect, left, none, nullptr, &bounds), rect);
     EXPECT_EQ(Nudged(rect, down, none, &half, &bounds), CRect(0, 11, 40, 31));
     EXPECT_EQ(Nudged(rect, left, shift, nullptr, nullptr), CRect(-1, 10, 40, 30));
     EXPECT_EQ(Nudged(rect, left, control, nullptr, nullptr), CRect(0, 10, 39, 30));
-    EXPECT_EQ(Nudged(rect, up, shift, nullptr, &bounds), CRect(0, 9, 40, 30));
     EXPECT_EQ(Nudged(rect, left, shift, nullptr, &bounds), rect) << "it fills the width";
     EXPECT_EQ(Nudged(rect, left + left, control, &half, nullptr), CRect(0, 10, 38, 29));
     EXPECT_EQ(Nudged(rect, down, control, &half, nullptr), CRect(0, 10, 42, 31));
