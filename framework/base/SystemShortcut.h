@@ -12,6 +12,7 @@ namespace vak::system {
 /// Sets up for the calling thread what questions to the shell need (COM), for as long as it lives. A thread
 /// that has it already, in whatever apartment, keeps that. Every function here makes one for itself; who asks
 /// several questions holds one meanwhile, since setting up costs more than an answer. It ends on its thread.
+/// Meanwhile the system does not ask the user for disks either.
 class VAK_INTERNAL_API ShellScope
 {
 public:
@@ -22,6 +23,7 @@ public:
 
 private:
     bool m_isCounted;
+    DWORD m_errorMode = 0; ///< the thread's own
 };
 
 /// What a shortcut says.

@@ -7,6 +7,7 @@ ShellScope::ShellScope() : m_isCounted(false) {}
 ShellScope::~ShellScope()
 {
     static_cast<void>(m_isCounted); // nothing to give back
+    static_cast<void>(m_errorMode);
 }
 
 bool ReadShortcut(const CString&, Shortcut&)

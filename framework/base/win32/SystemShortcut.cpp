@@ -182,10 +182,12 @@ bool Save(IPersistFile& file, const CString& path)
 ShellScope::ShellScope()
     : m_isCounted(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE)))
 {
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &m_errorMode);
 }
 
 ShellScope::~ShellScope()
 {
+    SetThreadErrorMode(m_errorMode, nullptr);
     // RPC_E_CHANGED_MODE: the thread's own apartment is of the other kind and serves as well; nothing was
     // counted that would have to be given back.
     if (m_isCounted)
@@ -194,6 +196,7 @@ ShellScope::~ShellScope()
 
 bool ReadShortcut(const CString& path, Shortcut& out)
 {
+    const ShellScope scope; // reading the file may ask for a disk, too
     CString full;
     std::vector<BYTE> bytes;
     if (!FullPath(path, full) || !ReadBytes(full, bytes) || !detail::IsShellLink(bytes.data(), bytes.size()))

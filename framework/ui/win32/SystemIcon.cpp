@@ -1,7 +1,6 @@
 #include "framework/ui/SystemIcon.h"
 
 #include "framework/base/SystemShortcut.h"
-#include "framework/base/win32/QuietErrors.h"
 #include "framework/ui/win32/IconEntries.h"
 
 namespace vak::win32 {
@@ -25,7 +24,6 @@ bool Ask(const CString& path, UINT what, SHFILEINFOW& info)
     if (path.IsEmpty() || path.GetLength() >= MAX_PATH)
         return false;
     const ShellScope shell;
-    const win32::QuietErrors quiet;
     return win32::CurrentIconEntries().getFileInfo(path, 0, &info, sizeof info, what) != 0;
 }
 
