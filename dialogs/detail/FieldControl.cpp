@@ -84,14 +84,23 @@ int CheckedInGroup(HWND first)
     return -1;
 }
 
+/// The system lets the tab key stop at checked buttons only. Not at a page's first control: a button may
+/// check itself when it gets the focus, which then nobody has asked for.
+void LetTabStopAt(HWND button)
+{
+    const LONG_PTR style = StyleOf(button);
+    SetWindowLongPtr(button, GWL_STYLE, style | WS_TABSTOP);
+    if (GetNextDlgTabItem(GetParent(button), nullptr, FALSE) == button)
+        SetWindowLongPtr(button, GWL_STYLE, style);
+}
+
 void CheckInGroup(HWND first, int wanted)
 {
     int index = 0;
     for (HWND button = first; button; button = NextInGroup(button), ++index)
         SendMessageW(button, BM_SETCHECK, index == wanted ? BST_CHECKED : BST_UNCHECKED, 0);
-    // The system lets the tab key stop at checked buttons only.
     if (wanted < 0 || wanted >= index)
-        SetWindowLongPtr(first, GWL_STYLE, StyleOf(first) | WS_TABSTOP);
+        LetTabStopAt(first);
 }
 
 bool IsInGroup(HWND first, HWND wanted)
