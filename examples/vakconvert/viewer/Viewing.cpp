@@ -3,6 +3,7 @@
 #include "examples/vakconvert/ContentIo.h"
 #include "examples/vakconvert/viewer/ViewerWindow.h"
 #include "files/FileIo.h"
+#include "files/FileSystem.h"
 #include "framework/base/Application.h"
 
 #include <utility>
@@ -24,7 +25,7 @@ int ViewFile(const Console& console, const CString& path)
     Content content;
     const CString failure = LoadContent(path, content);
     if (!failure.IsEmpty())
-        return Fail(console, path, failure);
+        return Fail(console, path, fileExists(path) ? failure : CString(L"there is no such file"));
     const Document document(std::move(content));
     if (document.Size() == CSize())
         return Fail(console, path, CFileIo::GetIoErrorTxtFromCode(TRUE, IO_FILE_EMPTY));
