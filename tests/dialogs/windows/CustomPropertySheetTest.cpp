@@ -317,18 +317,16 @@ TEST_F(SheetTest, OpensFromInsideAPageAndGoesWithItsOwner)
 
 TEST_F(SheetTest, WorksInALoopOfTheHost)
 {
-    for (const auto& [key, stored] : {std::pair<WORD, int>{VK_ESCAPE, 50}, {VK_RETURN, 4}}) {
-        ASSERT_TRUE(m_sheet.Create());
-        EXPECT_EQ(m_sheet.DoModal(), -1) << "it is open";
-        Take({Key('4'), Key(key)}, [&] {
-            MSG message{};
-            while (m_sheet.GetSafeHwnd() && GetMessage(&message, nullptr, 0, 0) > 0)
-                if (!m_sheet.PreTranslateMessage(&message))
-                    DispatchMessage(&message);
-            return 0;
-        });
-        EXPECT_EQ(m_sheet.Stored('QUAL'), stored);
-    }
+    ASSERT_TRUE(m_sheet.Create());
+    EXPECT_EQ(m_sheet.DoModal(), -1) << "it is open";
+    Take({Key('4'), Key(VK_RETURN)}, [&] {
+        MSG message{};
+        while (m_sheet.GetSafeHwnd() && GetMessage(&message, nullptr, 0, 0) > 0)
+            if (!m_sheet.PreTranslateMessage(&message))
+                DispatchMessage(&message);
+        return 0;
+    });
+    EXPECT_EQ(m_sheet.Stored('QUAL'), 4);
 }
 
 TEST_F(SheetTest, OutlivesPagesAndWhatHooksThrow)

@@ -192,7 +192,7 @@ TEST_F(DefaultDlg, KeepsValuesBitForBitUntilTheUserChangesThem)
     }
 }
 
-TEST_F(DefaultDlg, TellsAllFailingFieldsAndSelectsTheFirst)
+TEST_F(DefaultDlg, TellsAllFailingFieldsAndSelectsTheFirstAsControlADoes)
 {
     ProbeDialog dialog;
     dialog.store.SetInt(101, 90);
@@ -231,6 +231,17 @@ TEST_F(DefaultDlg, TellsAllFailingFieldsAndSelectsTheFirst)
 
         dialog.SetDlgItemText(112, L"8");
         EXPECT_TRUE(dialog.part.ValidateData(1, dialog.store));
+
+        MSG controlA{dialog.GetDlgItem(103), WM_KEYDOWN, 'A', 1, 0, {}};
+        for (const BYTE alt : {0x80, 0}) {
+            std::array<BYTE, 256> keys{};
+            keys[VK_CONTROL] = 0x80;
+            keys[VK_MENU] = alt;
+            SetKeyboardState(keys.data());
+            EXPECT_NE(dialog.PreTranslateMessage(&controlA), alt != 0) << "AltGr types a character";
+        }
+        EXPECT_EQ(dialog.SendDlgItemMessage(103, EM_GETSEL), MAKELPARAM(0, 5));
+        SetKeyboardState(std::array<BYTE, 256>{}.data());
     });
     ASSERT_EQ(m_recorder.Boxes().size(), 2u);
     EXPECT_EQ(m_recorder.Boxes()[0].text, L"Certaines valeurs ne sont pas valides :\n"
@@ -344,23 +355,4 @@ TEST_F(DefaultDlg, DrawsAColourAndLetsTheUserChooseAnother)
     });
     dialog.DoModal();
     EXPECT_EQ(dialog.changes, std::vector<int>{114});
-}
-
-TEST_F(DefaultDlg, SelectsAllOfAnEditAtControlA)
-{
-    ProbeDialog dialog;
-    dialog.store.SetString(103, L"texte");
-    dialog.part.AddField({.control = 103, .kind = FieldKind::Text});
-    Show(dialog, [&] {
-        MSG message{dialog.GetDlgItem(103), WM_KEYDOWN, 'A', 1, 0, {}};
-        for (const BYTE alt : {0x80, 0}) {
-            BYTE keys[256] = {};
-            keys[VK_CONTROL] = 0x80;
-            keys[VK_MENU] = alt;
-            SetKeyboardState(keys);
-            EXPECT_NE(dialog.PreTranslateMessage(&message), alt != 0) << "AltGr types a character";
-        }
-        EXPECT_EQ(dialog.SendDlgItemMessage(103, EM_GETSEL), MAKELPARAM(0, 5));
-        SetKeyboardState(std::array<BYTE, 256>{}.data());
-    });
 }
