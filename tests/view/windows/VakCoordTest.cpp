@@ -6,6 +6,7 @@
 
 #include <cstring>
 
+using vak::test::TrackerEvents;
 using vak::test::TrackerStage;
 
 namespace {
@@ -187,9 +188,16 @@ TEST(VakCoordTest, MakesTrackersOfRectanglesAndOfDrags)
     tracker = coord.InitTracker(CPoint(110, 80), 0, 1, vak::ResizeInside);
     ASSERT_NE(tracker, nullptr);
     EXPECT_EQ(tracker->GetDocRect(), CRect(10, 5, 68, 50));
-    coord.ReleaseTracker(tracker);
     window.Play("right");
     CRect docRect(1, 2, 3, 4);
     EXPECT_FALSE(coord.DoRubberBandTracker(docRect, CPoint(110, 80), 0, 1));
     EXPECT_EQ(docRect, CRect());
+
+    // Released in its own drag: one that lived on would tell of the drag's end.
+    TrackerEvents events;
+    events.Listen(*tracker);
+    events.m_once[vak::TrackingBegins] = [&] { coord.ReleaseTracker(tracker); };
+    window.Play("up 130 100");
+    EXPECT_FALSE(tracker->Track(CPoint(130, 100)));
+    EXPECT_EQ(events.m_seen, "2");
 }
