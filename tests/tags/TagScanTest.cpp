@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <barrier>
+#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -82,13 +82,15 @@ TEST(TagScan, TakesLinearTimeWhateverTheBrackets)
 TEST(TagScan, LetsEightThreadsScanWithOneEngine)
 {
     CTags tags = SomeTags();
-    std::barrier start(8);
+    // They meet without the run-time's waiting, so that what holds them, if anything, is the engine.
+    std::atomic<int> missing = 8;
     std::vector<std::thread> threads;
     for (wchar_t letter = L'a'; letter < L'i'; ++letter) {
         threads.emplace_back([&, letter] {
             const CString text = Repeated(CString(letter) + L" <name> <file(ext)> <other>\n", 50);
             const CString expanded = Repeated(CString(letter) + L" Jo .JPG <other>\n", 50);
-            start.arrive_and_wait();
+            for (--missing; missing > 0;)
+                std::this_thread::yield();
             for (int round = 0; round < 20; ++round)
                 EXPECT_EQ(Expand(tags, text), expanded);
         });
